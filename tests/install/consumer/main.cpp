@@ -21,7 +21,10 @@ int main() {
     LmSmarterPtr<LmCoordinateTransformation> shift(new Shift);
     const double source[4] = {1, 1, 2, 2};
     double target[4];
-    const bool ok = shift->Transformation(source, 2, 2, target) && target[3] == 4;
+    // A quarter of the equator of a unit sphere.
+    const LmGeodesic sphere(1.0, 0.0);
+    const double quarter = sphere.Inverse(0, 0, 90, 0, nullptr, nullptr);
+    const bool ok = shift->Transformation(source, 2, 2, target) && target[3] == 4 && quarter > 1.5707 && quarter < 1.5708;
     std::printf("consumer: %s\n", ok ? "ok" : "FAILED");
     return ok ? 0 : 1;
 }
