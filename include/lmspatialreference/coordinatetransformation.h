@@ -77,6 +77,68 @@ bool _xymap_r_2(int n, const double* target, double* estimate, PointMapping f, v
 // Works for 1 <= n <= 4 and refuses other sizes.
 bool xymap_r(int n, const double* target, double* estimate, PointMapping f, double eps, void* context);
 
+// ---------------------------------------------------------------------------
+// China offset transformations: WGS 84 to the GCJ-02 and BD-09 systems of web
+// maps in China and back. Longitude and latitude in degrees; z is left alone.
+
+// True outside the rough box in which the GCJ-02 offset applies. The eastern
+// bound 137.8347 is compared with the latitude, so it never excludes a valid
+// point: points east of it count as inside. That is kept on purpose, so that
+// results agree with the offsets already in use.
+bool outOfChina(double lon, double lat);
+// The raw offset polynomials at (x, y), the offset from (105 E, 35 N).
+void _WGS84ToGCJ02(double x, double y, double& dLon, double& dLat);
+// WGS 84 to GCJ-02 as a PointMapping, without bounds test; context unused.
+void WGS84ToGCJ02(const double* in, double* out, void* context);
+// WGS 84 to BD-09 as a PointMapping, without bounds test; context unused.
+void WGS84ToBD09(const double* in, double* out, void* context);
+
+// Offsets points inside China from WGS 84 to GCJ-02; others stay as they are.
+class LmWGS84ToGCJ02CoordinateTransformation : public LmCoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+    // Always true.
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+};
+
+// Offsets every point from WGS 84 to BD-09; there is no bounds test.
+class LmWGS84ToBD09CoordinateTransformation : public LmWGS84ToGCJ02CoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+};
+
+// Takes points inside China from GCJ-02 back to WGS 84 by iterating the
+// forward offset. The tolerance of a point is half the larger coordinate
+// change of a move of Precision() metres due north from it.
+class LmGCJ02ToWGS84CoordinateTransformation : public LmCoordinateTransformation {
+public:
+    explicit LmGCJ02ToWGS84CoordinateTransformation(double precision);
+
+    using LmCoordinateTransformation::Transformation;
+    // Always true; a point that does not converge is left as it was.
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+
+    // Metres.
+    virtual double Precision() const;
+    // Stores |value|, or 0.001 when that is not positive.
+    virtual void Precision(double value);
+
+protected:
+    double m_precision = 0.001;
+};
+
+// Takes every point from BD-09 back to WGS 84 (no bounds test). The squared
+// tolerance of a point is a quarter of the squared length of the northward
+// move of Precision() metres.
+class LmBD09ToWGS84CoordinateTransformation : public LmGCJ02ToWGS84CoordinateTransformation {
+public:
+    explicit LmBD09ToWGS84CoordinateTransformation(double precision);
+
+    using LmCoordinateTransformation::Transformation;
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+};
+
 }  // namespace Kernel
 }  // namespace Lumora
 

@@ -1,0 +1,235 @@
+#include <lmspatialreference/coordinatetransformation.h>
+
+#include <gtest/gtest.h>
+#include <omp.h>
+
+#include <cmath>
+#include <vector>
+
+using namespace Lumora::Kernel;
+
+namespace {
+
+using Real = long double;
+const Real kPi = 3.141592653589793238462643383279502884L;
+const Real kKrasovskyA = 6378245.0L;
+const Real kKrasovskyE2 = 0.006693421622965943L;
+
+struct LonLat {
+    double lon;
+    double lat;
+};
+
+// The GCJ-02 offset re-derived in long double from the published series.
+LonLat _GcjByHand(double lon, double lat) {
+    const Real x = Real(lon) - 105, y = Real(lat) - 35;
+    const Real common = (20 * std::sin(6 * kPi * x) + 20 * std::sin(2 * kPi * x)) * 2 / 3;
+    const Real north = -100 + 2 * x + 3 * y + 0.2L * y * y + 0.1L * x * y + 0.2L * std::sqrt(std::fabs(x)) + common +
+                       (20 * std::sin(kPi * y) + 40 * std::sin(kPi * y / 3)) * 2 / 3 +
+                       (160 * std::sin(kPi * y / 12) + 320 * std::sin(kPi * y / 30)) * 2 / 3;
+    const Real east = 300 + x + 2 * y + 0.1L * x * x + 0.1L * x * y + 0.1L * std::sqrt(std::fabs(x)) + common +
+                      (20 * std::sin(kPi * x) + 40 * std::sin(kPi * x / 3)) * 2 / 3 +
+                      (150 * std::sin(kPi * x / 12) + 300 * std::sin(kPi * x / 30)) * 2 / 3;
+    // The series give metres-like numbers; scale them by the radii of
+    // curvature of the Krasovsky ellipsoid to degrees.
+    const Real phi = Real(lat) * kPi / 180, w2 = 1 - kKrasovskyE2 * std::sin(phi) * std::sin(phi);
+    const Real meridianRadius = kKrasovskyA * (1 - kKrasovskyE2) / (w2 * std::sqrt(w2));
+    const Real parallelRadius = kKrasovskyA / std::sqrt(w2) * std::cos(phi);
+    return {static_cast<double>(lon + east * 180 / (parallelRadius * kPi)),
+            static_cast<double>(lat + north * 180 / (meridianRadius * kPi))};
+}
+
+// BD-09 from GCJ-02 by hand: a small polar-coordinate perturbation and a shift.
+LonLat _BdByHand(double lon, double lat) {
+    const LonLat g = _GcjByHand(lon, lat);
+    const Real x = g.lon, y = g.lat;
+    const Real r = std::sqrt(x * x + y * y) + 2e-5L * std::sin(kPi * y);
+    const Real angle = std::atan2(y, x) + 3e-6L * std::cos(kPi * x);
+    return {static_cast<double>(r * std::cos(angle) + 0.0065L), static_cast<double>(r * std::sin(angle) + 0.006L)};
+}
+
+// Half the latitude change of a move of `metres` due north on the Krasovsky
+// ellipsoid: the tolerance the reverse transformations work to.
+double _HalfNorthStep(double lat, double metres) {
+    const Real phi = Real(lat) * kPi / 180, w2 = 1 - kKrasovskyE2 * std::sin(phi) * std::sin(phi);
+    const Real meridianRadius = kKrasovskyA * (1 - kKrasovskyE2) / (w2 * std::sqrt(w2));
+    return static_cast<double>(metres / meridianRadius * 180 / kPi / 2);
+}
+
+const LonLat kInside[] = {{116.404, 39.915}, {121.4737, 31.2304}, {87.6168, 43.8256}, {109.5119, 18.2528},
+                          {126.6424, 45.7567}, {91.1409, 29.6456}, {140.0, 30.0}};
+
+TEST(OutOfChina, UsesTheBoxAsDefinedIncludingTheLatitudeTestOfTheEasternBound) {
+    EXPECT_FALSE(outOfChina(140.0, 30.0));
+    EXPECT_FALSE(outOfChina(179.0, 30.0));
+    EXPECT_TRUE(outOfChina(72.0, 30.0));
+    EXPECT_FALSE(outOfChina(72.004, 30.0));
+    EXPECT_TRUE(outOfChina(100.0, 0.5));
+    EXPECT_FALSE(outOfChina(100.0, 0.8293));
+    EXPECT_FALSE(outOfChina(100.0, 55.8271));
+    EXPECT_TRUE(outOfChina(100.0, 55.8272));
+}
+
+TEST(WGS84ToGCJ02, MatchesTheSeriesWorkedByHand) {
+    for (const LonLat& p : kInside) {
+        const double in[2] = {p.lon, p.lat};
+        double out[2];
+        WGS84ToGCJ02(in, out, nullptr);
+        const LonLat expected = _GcjByHand(p.lon, p.lat);
+        EXPECT_NEAR(out[0], expected.lon, 1e-11) << p.lon << " " << p.lat;
+        EXPECT_NEAR(out[1], expected.lat, 1e-11) << p.lon << " " << p.lat;
+    }
+}
+
+TEST(WGS84ToGCJ02, MatchesAPublishedBeijingPair) {
+    // The sample pair of the widely used open-source offset converters.
+    const double in[2] = {116.404, 39.915};
+    double out[2];
+    WGS84ToGCJ02(in, out, nullptr);
+    EXPECT_NEAR(out[0], 116.41024449916938, 1e-11);
+    EXPECT_NEAR(out[1], 39.91640428150164, 1e-11);
+}
+
+TEST(WGS84ToBD09, MatchesTheFormulaWorkedByHandWithoutBoundsTest) {
+    for (const LonLat& p : kInside) {
+        const double in[2] = {p.lon, p.lat};
+        double out[2];
+        WGS84ToBD09(in, out, nullptr);
+        const LonLat expected = _BdByHand(p.lon, p.lat);
+        EXPECT_NEAR(out[0], expected.lon, 1e-11);
+        EXPECT_NEAR(out[1], expected.lat, 1e-11);
+    }
+}
+
+TEST(OffsetTransformations, PointsOutsideChinaAreLeftAloneByGcj02ButNotByBd09) {
+    LmSmarterPtr<LmCoordinateTransformation> toGcj(new LmWGS84ToGCJ02CoordinateTransformation);
+    LmSmarterPtr<LmCoordinateTransformation> fromGcj(new LmGCJ02ToWGS84CoordinateTransformation(0.001));
+    LmSmarterPtr<LmCoordinateTransformation> toBd(new LmWGS84ToBD09CoordinateTransformation);
+    LmSmarterPtr<LmCoordinateTransformation> fromBd(new LmBD09ToWGS84CoordinateTransformation(0.001));
+    const LonLat outside[] = {{10.0, 50.0}, {100.0, 0.5}, {100.0, 60.0}, {-74.0, 40.7}};
+    for (const LonLat& p : outside) {
+        double x = p.lon, y = p.lat;
+        EXPECT_TRUE(toGcj->Transformation(x, y));
+        EXPECT_EQ(x, p.lon);
+        EXPECT_EQ(y, p.lat);
+        EXPECT_TRUE(fromGcj->Transformation(x, y));
+        EXPECT_EQ(x, p.lon);
+        EXPECT_EQ(y, p.lat);
+    }
+    double x = 10.0, y = 50.0;
+    EXPECT_TRUE(toBd->Transformation(x, y));
+    const LonLat expected = _BdByHand(10.0, 50.0);
+    EXPECT_NEAR(x, expected.lon, 1e-11);
+    EXPECT_NEAR(y, expected.lat, 1e-11);
+    EXPECT_TRUE(fromBd->Transformation(x, y));
+    EXPECT_NEAR(x, 10.0, 1e-7);
+    EXPECT_NEAR(y, 50.0, 1e-7);
+}
+
+TEST(OffsetTransformations, ReversesMeetTheToleranceTheirPrecisionSpans) {
+    LmSmarterPtr<LmCoordinateTransformation> toGcj(new LmWGS84ToGCJ02CoordinateTransformation);
+    LmSmarterPtr<LmCoordinateTransformation> toBd(new LmWGS84ToBD09CoordinateTransformation);
+    for (const double metres : {0.001, 0.5}) {
+        LmSmarterPtr<LmCoordinateTransformation> fromGcj(new LmGCJ02ToWGS84CoordinateTransformation(metres));
+        LmSmarterPtr<LmCoordinateTransformation> fromBd(new LmBD09ToWGS84CoordinateTransformation(metres));
+        for (const LonLat& p : kInside) {
+            const double tolerance = _HalfNorthStep(p.lat, metres);
+            if (metres == 0.001) {
+                EXPECT_NEAR(tolerance, 4.5e-9, 0.1e-9);
+            }
+            for (auto pair : {std::make_pair(fromGcj, toGcj), std::make_pair(fromBd, toBd)}) {
+                double x = p.lon, y = p.lat;
+                EXPECT_TRUE(pair.first->Transformation(x, y));
+                EXPECT_NE(x, p.lon);
+                EXPECT_TRUE(pair.second->Transformation(x, y));
+                EXPECT_LE(std::hypot(x - p.lon, y - p.lat), tolerance * (1 + 1e-9)) << p.lon << " " << p.lat;
+            }
+        }
+    }
+}
+
+TEST(OffsetTransformations, ReverseRecoversTheWgs84Point) {
+    LmSmarterPtr<LmCoordinateTransformation> toGcj(new LmWGS84ToGCJ02CoordinateTransformation);
+    LmSmarterPtr<LmCoordinateTransformation> fromGcj(new LmGCJ02ToWGS84CoordinateTransformation(0.001));
+    for (const LonLat& p : kInside) {
+        double x = p.lon, y = p.lat;
+        toGcj->Transformation(x, y);
+        fromGcj->Transformation(x, y);
+        EXPECT_NEAR(x, p.lon, 1e-8);
+        EXPECT_NEAR(y, p.lat, 1e-8);
+    }
+}
+
+TEST(OffsetTransformations, PrecisionIsStoredAsAPositiveMagnitude) {
+    LmGCJ02ToWGS84CoordinateTransformation gcj(0.0);
+    EXPECT_EQ(gcj.Precision(), 0.001);
+    gcj.Precision(-0.0);
+    EXPECT_EQ(gcj.Precision(), 0.001);
+    gcj.Precision(-2.5);
+    EXPECT_EQ(gcj.Precision(), 2.5);
+    gcj.Precision(std::nan(""));
+    EXPECT_EQ(gcj.Precision(), 0.001);
+    EXPECT_EQ(LmBD09ToWGS84CoordinateTransformation(-0.25).Precision(), 0.25);
+    EXPECT_EQ(LmBD09ToWGS84CoordinateTransformation(0.0).Precision(), 0.001);
+}
+
+// Restores the default team size after a test that changes it.
+class TeamSize {
+public:
+    explicit TeamSize(int threads) : m_previous(omp_get_max_threads()) { omp_set_num_threads(threads); }
+    ~TeamSize() { omp_set_num_threads(m_previous); }
+
+private:
+    int m_previous;
+};
+
+std::vector<LmSmarterPtr<LmCoordinateTransformation>> _AllFour() {
+    return {new LmWGS84ToGCJ02CoordinateTransformation, new LmWGS84ToBD09CoordinateTransformation,
+            new LmGCJ02ToWGS84CoordinateTransformation(0.001), new LmBD09ToWGS84CoordinateTransformation(0.001)};
+}
+
+TEST(OffsetTransformations, StepsAndStridesLeaveHeightsAndOtherValuesAlone) {
+    for (auto& transformation : _AllFour()) {
+        // Three points interleaved as x, y, z, with heights that would be
+        // moved if they were taken for coordinates.
+        double xyz[9] = {116.4, 39.9, 120.0, 121.5, 31.2, 35.0, 10.0, 50.0, 110.0};
+        double expected[9];
+        for (int i = 0; i < 3; ++i) {
+            expected[3 * i] = xyz[3 * i], expected[3 * i + 1] = xyz[3 * i + 1], expected[3 * i + 2] = xyz[3 * i + 2];
+            transformation->Transformation(expected[3 * i], expected[3 * i + 1]);
+        }
+        EXPECT_TRUE(transformation->Transformation(xyz, xyz + 1, xyz + 2, 3, 3));
+        for (int i = 0; i < 9; ++i) EXPECT_EQ(xyz[i], expected[i]) << i;
+
+        // Separate packed arrays, step 1, without z.
+        double x[3] = {116.4, 121.5, 10.0}, y[3] = {39.9, 31.2, 50.0};
+        EXPECT_TRUE(transformation->Transformation(x, y, 3, 1));
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(x[i], expected[3 * i]);
+            EXPECT_EQ(y[i], expected[3 * i + 1]);
+        }
+        EXPECT_FALSE(transformation->Transformation(nullptr, y, 3, 1));
+        EXPECT_TRUE(transformation->Transformation(x, y, 0, 1));
+    }
+}
+
+TEST(OffsetTransformations, ParallelBatchesEqualPointByPointResults) {
+    const int count = 997;
+    std::vector<double> source(2 * count);
+    for (int i = 0; i < count; ++i) {
+        source[2 * i] = 73.0 + 62.0 * i / count;
+        source[2 * i + 1] = 1.0 + 56.0 * ((i * 37) % count) / count;  // some beyond 55.8271
+    }
+    for (auto& transformation : _AllFour()) {
+        std::vector<double> single = source;
+        for (int i = 0; i < count; ++i) transformation->Transformation(single[2 * i], single[2 * i + 1]);
+        for (const int threads : {1, 2, 3, 8}) {
+            TeamSize team(threads);
+            std::vector<double> batch = source;
+            EXPECT_TRUE(transformation->Transformation(batch.data(), count, 2));
+            EXPECT_EQ(batch, single) << threads << " threads";
+        }
+    }
+}
+
+}  // namespace
