@@ -3,6 +3,7 @@
 #define LMSPATIALREFERENCE_LMSPATIALREFERENCE_H
 
 #include <lmspatialreference/utility.h>
+#include <lmspatialreference/spatialreference.h>
 #include <lmspatialreference/coordinatetransformation.h>
 #include <lmspatialreference/geodesics.h>
 

@@ -1,0 +1,77 @@
+// Small pieces every family needs when it talks to GDAL/OGR directly.
+#ifndef LMSPATIALREFERENCE_OGRSUPPORT_H
+#define LMSPATIALREFERENCE_OGRSUPPORT_H
+
+#include <lmspatialreference/utility.h>
+
+#include <cpl_conv.h>
+#include <cpl_error.h>
+#include <cpl_vsi.h>
+#include <ogr_spatialref.h>
+
+#include <string>
+
+namespace Lumora {
+namespace Kernel {
+
+// Silences GDAL's error reports on the current thread for the guard's
+// lifetime. Failures are return values in this library, so messages that GDAL
+// would print for a refused definition or a point outside a projection's
+// domain must not reach the caller's stderr. The handler stack is per thread,
+// so the global handler an application installed is never touched.
+class LmQuietGdalErrors {
+public:
+    LmQuietGdalErrors() { CPLPushErrorHandler(CPLQuietErrorHandler); }
+    ~LmQuietGdalErrors() { CPLPopErrorHandler(); }
+    LmQuietGdalErrors(const LmQuietGdalErrors&) = delete;
+    LmQuietGdalErrors& operator=(const LmQuietGdalErrors&) = delete;
+};
+
+// Sets a GDAL configuration option for the current thread only, restoring the
+// previous thread-local value when the guard ends.
+class LmThreadLocalGdalOption {
+public:
+    LmThreadLocalGdalOption(const char* key, const char* value) : m_key(key) {
+        const char* previous = CPLGetThreadLocalConfigOption(key, nullptr);
+        m_hadPrevious = previous != nullptr;
+        if (m_hadPrevious) m_previous = previous;
+        CPLSetThreadLocalConfigOption(key, value);
+    }
+    ~LmThreadLocalGdalOption() {
+        CPLSetThreadLocalConfigOption(m_key.c_str(), m_hadPrevious ? m_previous.c_str() : nullptr);
+    }
+    LmThreadLocalGdalOption(const LmThreadLocalGdalOption&) = delete;
+    LmThreadLocalGdalOption& operator=(const LmThreadLocalGdalOption&) = delete;
+
+private:
+    std::string m_key;
+    bool m_hadPrevious = false;
+    std::string m_previous;
+};
+
+// Gives an OGR reference the traditional GIS axis order (x = longitude or
+// easting), which GDAL 3 otherwise reverses for authorities that define
+// latitude first. Returns its argument; null stays null.
+inline OGRSpatialReference* WithGisAxisOrder(OGRSpatialReference* srs) {
+    if (srs != nullptr) srs->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    return srs;
+}
+
+// Copies a text that OGR allocated and releases OGR's copy.
+inline Utility::LmString TakeOgrText(char* text) {
+    Utility::LmString copy(text);
+    VSIFree(text);
+    return copy;
+}
+
+// The value of a node's first child (a CS name, an ellipsoid name, ...), or
+// the default when the node is missing or has no children.
+inline const char* FirstChildValue(const OGR_SRSNode* node, const char* defaultValue) {
+    if (node == nullptr || node->GetChildCount() < 1) return defaultValue;
+    return node->GetChild(0)->GetValue();
+}
+
+}  // namespace Kernel
+}  // namespace Lumora
+
+#endif  // LMSPATIALREFERENCE_OGRSUPPORT_H

@@ -1,0 +1,182 @@
+#include <lmspatialreference/spatialreference.h>
+
+#include "spatialreference/ogrsupport.h"
+
+#include <iostream>
+
+namespace Lumora {
+namespace Kernel {
+
+namespace {
+
+const char* const _wgs84Wkt =
+    "GEOGCS[\"GCS_WGS_1984\",DATUM[\"D_WGS_1984\",SPHEROID[\"WGS_1984\",6378137,298.257223563]],"
+    "PRIMEM[\"Greenwich\",0],UNIT[\"degree\",0.0174532925199433]]";
+
+const char* const _cgcs2000Wkt =
+    "GEOGCS[\"CGCS2000\",DATUM[\"D_CGCS_2000\",SPHEROID[\"CGCS_2000\",6378137,298.257222101]],"
+    "PRIMEM[\"Greenwich\",0],UNIT[\"degree\",0.0174532925199433]]";
+
+// The name reads "Web Mercator projection" in Chinese (UTF-8).
+const char* const _webMercatorWkt =
+    "PROJCS[\"Mercator (1SP) (Web\xE5\xA2\xA8\xE5\x8D\xA1\xE6\x89\x98\xE6\x8A\x95\xE5\xBD\xB1)\","
+    "GEOGCS[\"GCS_WGS_1984\",DATUM[\"D_WGS_1984\",SPHEROID[\"WGS_1984\",6378137,298.257223563],"
+    "TOWGS84[0,0,0,0,0,0,0]],PRIMEM[\"Greenwich\",0],UNIT[\"degree\",0.0174532925199433]],"
+    "PROJECTION[\"Mercator_1SP\"],PARAMETER[\"latitude_of_origin\",0],PARAMETER[\"central_meridian\",0],"
+    "PARAMETER[\"scale_factor\",1],PARAMETER[\"false_easting\",0],PARAMETER[\"false_northing\",0],"
+    "UNIT[\"Meter\",1],EXTENSION[\"PROJ4\",\"+proj=merc +a=6378137 +b=6378137 +lat_ts=0.0 +lon_0=0.0 "
+    "+x_0=0.0 +y_0=0 +k=1.0 +units=m +nadgrids=@null +wktext +no_defs\"]]";
+
+const char* _WellKnownWkt(LmWellKnownSpatialReference wellKnown) {
+    switch (wellKnown) {
+        case eWGS84: return _wgs84Wkt;
+        case eCGCS2000: return _cgcs2000Wkt;
+        case eWebMercator: return _webMercatorWkt;
+    }
+    return "";
+}
+
+// OSRNewSpatialReference, quietly: a refused text gives null.
+OGRSpatialReference* _NewFromWkt(const char* text) {
+    LmQuietGdalErrors quiet;
+    return OGRSpatialReference::FromHandle(OSRNewSpatialReference(text));
+}
+
+}  // namespace
+
+LmSpatialReference::LmSpatialReference(LmWellKnownSpatialReference wellKnown) : m_pSRS(nullptr) {
+    m_strWKT = _WellKnownWkt(wellKnown);
+    if (m_strWKT.empty()) {
+        std::cout << "wkt is null" << std::endl;
+        return;
+    }
+    _Adopt(_NewFromWkt(m_strWKT.c_str()));
+}
+
+LmSpatialReference::LmSpatialReference(const char* text, LmSpatialReferenceFormat format) : m_pSRS(nullptr) {
+    if (text == nullptr || *text == '\0') return;
+    m_strWKT = text;
+    switch (format) {
+        case eAutoDetect:
+            // The legacy parameter text is tried first here; WKT is its fallback.
+            _Adopt(_NewFromWkt(text));
+            break;
+        case eWKT:
+        case eWKTOther:
+            _Adopt(_NewFromWkt(text));
+            break;
+        case eXML:
+        case eProj4: {
+            // A failed import deliberately leaves an empty, non-null object.
+            LmQuietGdalErrors quiet;
+            _Adopt(new OGRSpatialReference());
+            if (format == eXML) m_pSRS->importFromXML(text);
+            else m_pSRS->importFromProj4(text);
+            m_strWKT.clear();
+            break;
+        }
+        case eLegacyParameters:
+            // The legacy parameter reader plugs in here; until then the reference stays null.
+            break;
+    }
+}
+
+LmSpatialReference::~LmSpatialReference() {
+    if (m_pSRS != nullptr) OGRSpatialReference::DestroySpatialReference(m_pSRS);
+}
+
+void LmSpatialReference::_Adopt(OGRSpatialReference* srs) { m_pSRS = WithGisAxisOrder(srs); }
+
+OGRSpatialReference* LmSpatialReference::Handle() { return m_pSRS; }
+
+bool LmSpatialReference::IsNull() const { return m_pSRS == nullptr; }
+
+bool LmSpatialReference::IsGeographic() const { return m_pSRS != nullptr && m_pSRS->IsGeographic(); }
+
+bool LmSpatialReference::IsProjected() const { return m_pSRS != nullptr && m_pSRS->IsProjected(); }
+
+bool LmSpatialReference::IsLocalCS() const { return m_pSRS != nullptr && m_pSRS->IsLocal(); }
+
+// A given name belongs to the object, so a null reference (such as the clone
+// of a reference without cached text) still answers it.
+LmString LmSpatialReference::Name() const {
+    if (!m_strName.empty()) return m_strName;
+    if (m_pSRS == nullptr) return "";
+    return FirstChildValue(m_pSRS->GetRoot(), "");
+}
+
+void LmSpatialReference::Name(const char* name) { m_strName = Utility::LmStringHelp::ToString(name); }
+
+LmString LmSpatialReference::Ellipsoid() const {
+    if (m_pSRS == nullptr) return "";
+    return FirstChildValue(m_pSRS->GetAttrNode("SPHEROID"), "");
+}
+
+LmString LmSpatialReference::Projection() const {
+    if (m_pSRS == nullptr) return "";
+    return FirstChildValue(m_pSRS->GetAttrNode("PROJECTION"), "");
+}
+
+double LmSpatialReference::EquatorialRadiusA() const { return m_pSRS ? m_pSRS->GetSemiMajor() : 0.0; }
+
+double LmSpatialReference::PolarRadiusB() const { return m_pSRS ? m_pSRS->GetSemiMinor() : 0.0; }
+
+double LmSpatialReference::FlattenInverseF() const { return m_pSRS ? m_pSRS->GetInvFlattening() : 0.0; }
+
+double LmSpatialReference::MeanRadius() const { return (EquatorialRadiusA() + PolarRadiusB()) / 2.0; }
+
+LmString LmSpatialReference::ExportToWKT(bool pretty) const {
+    if (m_pSRS == nullptr) return "";
+    LmQuietGdalErrors quiet;
+    char* text = nullptr;
+    if (pretty) {
+        const OGRErr error = m_pSRS->exportToPrettyWkt(&text, FALSE);
+        LmString pretty = TakeOgrText(text);
+        return error == OGRERR_NONE ? pretty : LmString();
+    }
+    if (m_strWKT.empty()) {
+        const OGRErr error = m_pSRS->exportToWkt(&text);
+        LmString exported = TakeOgrText(text);
+        if (error == OGRERR_NONE) m_strWKT = exported;
+    }
+    return m_strWKT;
+}
+
+LmString LmSpatialReference::ExportToXml() const {
+    if (m_pSRS == nullptr) return "";
+    LmQuietGdalErrors quiet;
+    char* text = nullptr;
+    const OGRErr error = m_pSRS->exportToXML(&text, nullptr);
+    LmString xml = TakeOgrText(text);
+    return error == OGRERR_NONE ? xml : LmString();
+}
+
+LmString LmSpatialReference::ExportToProj4() const {
+    if (m_pSRS == nullptr) return "";
+    LmQuietGdalErrors quiet;
+    char* text = nullptr;
+    const OGRErr error = m_pSRS->exportToProj4(&text);
+    LmString proj4 = TakeOgrText(text);
+    return error == OGRERR_NONE ? proj4 : LmString();
+}
+
+LmSmarterPtr<LmSpatialReference> LmSpatialReference::Geographic() {
+    if (m_pSRS == nullptr) return LmSmarterPtr<LmSpatialReference>();
+    if (IsGeographic()) return LmSmarterPtr<LmSpatialReference>(this);
+    const OGR_SRSNode* geogcs = m_pSRS->GetAttrNode("GEOGCS");
+    if (geogcs == nullptr) return LmSmarterPtr<LmSpatialReference>();
+    char* text = nullptr;
+    const OGRErr error = geogcs->exportToWkt(&text);
+    const LmString wkt = TakeOgrText(text);
+    if (error != OGRERR_NONE || wkt.empty()) return LmSmarterPtr<LmSpatialReference>();
+    return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(wkt.c_str(), eWKT));
+}
+
+LmSmarterPtr<LmSpatialReference> LmSpatialReference::Clone() const {
+    LmSmarterPtr<LmSpatialReference> clone(new LmSpatialReference(m_strWKT.c_str(), eWKT));
+    clone->m_strName = m_strName;
+    return clone;
+}
+
+}  // namespace Kernel
+}  // namespace Lumora

@@ -1,0 +1,74 @@
+#include <lmspatialreference/spatialreference.h>
+
+#include "spatialreference/ogrsupport.h"
+
+#include <cmath>
+
+namespace Lumora {
+namespace Kernel {
+
+using Utility::LmCRT;
+
+namespace {
+
+bool _SameText(const char* a, const char* b) { return LmCRT::_stricmp(a, b) == 0; }
+
+bool _SameRootName(const OGRSpatialReference* a, const OGRSpatialReference* b) {
+    return _SameText(FirstChildValue(a->GetRoot(), ""), FirstChildValue(b->GetRoot(), ""));
+}
+
+}  // namespace
+
+bool IsSameEllipsoid(const OGRSpatialReference* a, const OGRSpatialReference* b) {
+    if (std::fabs(a->GetSemiMajor() - b->GetSemiMajor()) > 0.001) return false;
+    if (std::fabs(a->GetSemiMinor() - b->GetSemiMinor()) > 0.001) return false;
+    if (std::fabs(a->GetInvFlattening() - b->GetInvFlattening()) > 1e-6) return false;
+    return std::fabs(a->GetPrimeMeridian() - b->GetPrimeMeridian()) < 0.001;
+}
+
+bool LmSpatialReference::IsSame(LmSpatialReference* other) const {
+    if (other == nullptr) return false;
+    if (m_pSRS == nullptr && other->m_pSRS == nullptr) return true;
+    if (IsGeographic() != other->IsGeographic()) return false;
+    if (m_pSRS == nullptr || other->m_pSRS == nullptr) return false;
+    if (m_pSRS->IsSame(other->m_pSRS)) return true;
+    return IsGeographic() ? IsSameGeogCS(other) : IsSameProjCS(other);
+}
+
+bool LmSpatialReference::IsSameProjCS(LmSpatialReference* other) const {
+    if (other == nullptr || !IsProjected() || !other->IsProjected()) return false;
+    if (!IsSameEllipsoid(m_pSRS, other->m_pSRS)) return false;
+    if (_SameRootName(m_pSRS, other->m_pSRS)) return true;
+    return m_pSRS->IsSameVertCS(other->m_pSRS) != 0;
+}
+
+bool LmSpatialReference::IsSameGeogCS(LmSpatialReference* other) const {
+    if (other == nullptr || !IsGeographic() || !other->IsGeographic()) return false;
+    if (m_pSRS->IsSameGeogCS(other->m_pSRS)) return true;
+    return IsSameEllipsoid(m_pSRS, other->m_pSRS) && _SameRootName(m_pSRS, other->m_pSRS);
+}
+
+bool LmSpatialReference::IsSameParameter(LmSpatialReference* other) const {
+    if (other == nullptr || m_pSRS == nullptr || other->m_pSRS == nullptr) return false;
+    if (IsGeographic() != other->IsGeographic()) return false;
+    if (!IsSameEllipsoid(m_pSRS, other->m_pSRS)) return false;
+    if (IsGeographic()) return true;
+
+    const char* projection = m_pSRS->GetAttrValue("PROJECTION");
+    const char* otherProjection = other->m_pSRS->GetAttrValue("PROJECTION");
+    if (projection == nullptr || otherProjection == nullptr || !_SameText(projection, otherProjection)) return false;
+
+    // Exact comparison on purpose: codes are identified by their published values.
+    const OGR_SRSNode* projcs = m_pSRS->GetAttrNode("PROJCS");
+    const int children = projcs ? projcs->GetChildCount() : 0;
+    for (int i = 0; i < children; ++i) {
+        const OGR_SRSNode* child = projcs->GetChild(i);
+        if (!_SameText(child->GetValue(), "PARAMETER") || child->GetChildCount() != 2) continue;
+        const char* name = FirstChildValue(child, "");
+        if (m_pSRS->GetProjParm(name, 0.0) != other->m_pSRS->GetProjParm(name, 0.0)) return false;
+    }
+    return true;
+}
+
+}  // namespace Kernel
+}  // namespace Lumora
