@@ -1,6 +1,7 @@
 // GeographicLib takes latitude before longitude; every call below swaps the
 // library's (x, y) = (longitude, latitude) into that order.
 #include <lmspatialreference/geodesics.h>
+#include <lmspatialreference/spatialreference.h>
 
 #include "coordinatetransformation/parallelbatch.h"
 
@@ -12,13 +13,23 @@ namespace Kernel {
 namespace {
 
 // Flattenings are small, so a value above 1 can only be an inverse flattening.
-double _Flattening(double flatteningOrInverse) {
+double _FlatteningFromEither(double flatteningOrInverse) {
     return flatteningOrInverse > 1.0 ? 1.0 / flatteningOrInverse : flatteningOrInverse;
+}
+
+double _SemiMajorAxisOf(const LmSpatialReference* sr) { return sr != nullptr ? sr->EquatorialRadiusA() : 0.0; }
+
+// A sphere reports an inverse flattening of 0, whose reciprocal would be infinite.
+double _FlatteningOf(const LmSpatialReference* sr) {
+    const double inverse = sr != nullptr ? sr->FlattenInverseF() : 0.0;
+    return inverse != 0.0 ? 1.0 / inverse : 0.0;
 }
 
 }  // namespace
 
-LmGeodesic::LmGeodesic(double a, double f) { geod_init(&m_geodesic, a, _Flattening(f)); }
+LmGeodesic::LmGeodesic(double a, double f) { geod_init(&m_geodesic, a, _FlatteningFromEither(f)); }
+
+LmGeodesic::LmGeodesic(LmSpatialReference* sr) { geod_init(&m_geodesic, _SemiMajorAxisOf(sr), _FlatteningOf(sr)); }
 
 double LmGeodesic::Inverse(double x1, double y1, double x2, double y2, double* azi1, double* azi2) const {
     double s12 = 0.0;

@@ -3,6 +3,11 @@
 namespace Lumora {
 namespace Kernel {
 
+LmGeodesicLine::LmGeodesicLine(LmSpatialReference* sr, double x1, double y1, double azi1, GeoDMask caps)
+    : LmGeodesic(sr) {
+    geod_lineinit(&m_line, &m_geodesic, y1, x1, azi1, caps);
+}
+
 LmGeodesicLine::LmGeodesicLine(double a, double f, double x1, double y1, double azi1, GeoDMask caps)
     : LmGeodesic(a, f) {
     geod_lineinit(&m_line, &m_geodesic, y1, x1, azi1, caps);

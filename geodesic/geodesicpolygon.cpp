@@ -3,6 +3,10 @@
 namespace Lumora {
 namespace Kernel {
 
+LmGeodesicPolygon::LmGeodesicPolygon(LmSpatialReference* sr, bool polyline) : LmGeodesic(sr), m_polyline(polyline) {
+    Reset();
+}
+
 LmGeodesicPolygon::LmGeodesicPolygon(double a, double f, bool polyline) : LmGeodesic(a, f), m_polyline(polyline) {
     Reset();
 }

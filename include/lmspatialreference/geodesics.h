@@ -14,6 +14,8 @@
 namespace Lumora {
 namespace Kernel {
 
+class LmSpatialReference;
+
 // The inverse and direct problems on one ellipsoid. Copies are independent;
 // the const operations may run concurrently on one object.
 class LmGeodesic {
@@ -22,6 +24,10 @@ public:
     // greater than 1 is an inverse flattening, so 298.257223563 and
     // 1 / 298.257223563 both describe WGS 84; 0 is a sphere.
     LmGeodesic(double a, double f);
+    // The ellipsoid of a spatial reference; an inverse flattening of 0 is a
+    // sphere. A null pointer or null reference gives the degenerate ellipsoid
+    // of axis 0, on which every result is 0 or NaN.
+    explicit LmGeodesic(LmSpatialReference* sr);
 
     // The distance from point 1 to point 2; the forward azimuths at both
     // points go to azi1 and azi2 when they are not null.
@@ -62,8 +68,9 @@ public:
         eAll = GEOD_ALL
     };
 
-    // The geodesic on ellipsoid (a, f) (read as by LmGeodesic) leaving
-    // (x1, y1) at azimuth azi1.
+    // The geodesic on the ellipsoid of sr, or of (a, f) read as by
+    // LmGeodesic, leaving (x1, y1) at azimuth azi1.
+    LmGeodesicLine(LmSpatialReference* sr, double x1, double y1, double azi1, GeoDMask caps);
     LmGeodesicLine(double a, double f, double x1, double y1, double azi1, GeoDMask caps);
 
     // The point at distance s12 from the start. The azimuth there is computed
@@ -78,7 +85,9 @@ protected:
 // point by point or edge by edge. Adding points changes the object.
 class LmGeodesicPolygon : public LmGeodesic {
 public:
-    // polyline true: the points form an open polyline, which has no area.
+    // On the ellipsoid of sr, or of (a, f) read as by LmGeodesic. polyline
+    // true: the points form an open polyline, which has no area.
+    LmGeodesicPolygon(LmSpatialReference* sr, bool polyline);
     LmGeodesicPolygon(double a, double f, bool polyline);
 
     // Forgets every point, keeping the polyline flag.
