@@ -1,7 +1,8 @@
 #include <lmspatialreference/coordinatetransformation.h>
 
+#include "tests/teamsize.h"
+
 #include <gtest/gtest.h>
-#include <omp.h>
 
 #include <cmath>
 #include <vector>
@@ -172,16 +173,6 @@ TEST(OffsetTransformations, PrecisionIsStoredAsAPositiveMagnitude) {
     EXPECT_EQ(LmBD09ToWGS84CoordinateTransformation(-0.25).Precision(), 0.25);
     EXPECT_EQ(LmBD09ToWGS84CoordinateTransformation(0.0).Precision(), 0.001);
 }
-
-// Restores the default team size after a test that changes it.
-class TeamSize {
-public:
-    explicit TeamSize(int threads) : m_previous(omp_get_max_threads()) { omp_set_num_threads(threads); }
-    ~TeamSize() { omp_set_num_threads(m_previous); }
-
-private:
-    int m_previous;
-};
 
 std::vector<LmSmarterPtr<LmCoordinateTransformation>> _AllFour() {
     return {new LmWGS84ToGCJ02CoordinateTransformation, new LmWGS84ToBD09CoordinateTransformation,

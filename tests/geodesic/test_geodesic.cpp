@@ -1,7 +1,8 @@
 #include <lmspatialreference/geodesics.h>
 
+#include "tests/teamsize.h"
+
 #include <gtest/gtest.h>
-#include <omp.h>
 
 #include <cmath>
 #include <vector>
@@ -201,16 +202,6 @@ TEST(GeodesicPolygon, EdgesResetAndPolylines) {
     EXPECT_EQ(area, -7.0);
     EXPECT_NEAR(perimeter, kR * kPi, 1e-6);  // open: two legs only
 }
-
-// Restores the default team size after a test that changes it.
-class TeamSize {
-public:
-    explicit TeamSize(int threads) : m_previous(omp_get_max_threads()) { omp_set_num_threads(threads); }
-    ~TeamSize() { omp_set_num_threads(m_previous); }
-
-private:
-    int m_previous;
-};
 
 TEST(ComputeGeodesic, SkipsHeightsAndCountsOnlyWholePoints) {
     const LmGeodesic sphere(kR, 0.0);
