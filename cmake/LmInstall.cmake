@@ -1,0 +1,35 @@
+# Installs headers, both libraries, the data folder, a CMake package and a
+# pkg-config file, so consumers can use either find_package or pkg-config.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS lmutility lmspatialreference
+  EXPORT LmSpatialReferenceTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/lmspatialreference DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(EXISTS ${PROJECT_SOURCE_DIR}/data/coordinatesystem)
+  install(DIRECTORY data/coordinatesystem DESTINATION data)
+endif()
+
+set(_lm_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/LmSpatialReference)
+install(EXPORT LmSpatialReferenceTargets
+  NAMESPACE LmSpatialReference::
+  DESTINATION ${_lm_cmake_dir})
+configure_package_config_file(cmake/LmSpatialReferenceConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/LmSpatialReferenceConfig.cmake
+  INSTALL_DESTINATION ${_lm_cmake_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/LmSpatialReferenceConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/LmSpatialReferenceConfig.cmake
+  ${PROJECT_BINARY_DIR}/LmSpatialReferenceConfigVersion.cmake
+  DESTINATION ${_lm_cmake_dir})
+
+# The .pc file locates the prefix from its own folder, so it stays right for
+# `cmake --install --prefix` and for relocated installs.
+file(RELATIVE_PATH LM_PC_PREFIX_FROM_PCFILEDIR "/root/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/root")
+configure_file(cmake/lmspatialreference.pc.in ${PROJECT_BINARY_DIR}/lmspatialreference.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/lmspatialreference.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

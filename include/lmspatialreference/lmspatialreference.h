@@ -1,0 +1,8 @@
+// Everything liblmspatialreference offers, in one include.
+#ifndef LMSPATIALREFERENCE_LMSPATIALREFERENCE_H
+#define LMSPATIALREFERENCE_LMSPATIALREFERENCE_H
+
+#include <lmspatialreference/utility.h>
+#include <lmspatialreference/coordinatetransformation.h>
+
+#endif  // LMSPATIALREFERENCE_LMSPATIALREFERENCE_H

@@ -1,0 +1,134 @@
+#include <lmspatialreference/utility.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+using namespace Lumora::Utility;
+
+namespace {
+
+// Counts destructions so tests can see exactly when the last owner lets go.
+class Tracked : public LmRefObject {
+public:
+    explicit Tracked(int* destroyed) : m_destroyed(destroyed) {}
+    ~Tracked() override { ++*m_destroyed; }
+
+private:
+    int* m_destroyed;
+};
+
+TEST(LmRefObject, StartsOwnedByNobodyAndDiesAtTheLastRelease) {
+    int destroyed = 0;
+    auto* object = new Tracked(&destroyed);
+    EXPECT_EQ(object->RefCount(), 0);
+    EXPECT_EQ(object->AddRef(), 1);
+    EXPECT_EQ(object->AddRef(), 2);
+    EXPECT_EQ(object->Release(), 1);
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_EQ(object->Release(), 0);
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(LmRefObject, ACopyStartsWithItsOwnCount) {
+    int destroyed = 0;
+    LmSmarterPtr<Tracked> original(new Tracked(&destroyed));
+    Tracked copy(*original);
+    EXPECT_EQ(copy.RefCount(), 0);
+    EXPECT_EQ(original->RefCount(), 1);
+    EXPECT_NE(copy.HashCode(), original->HashCode());
+}
+
+TEST(LmSmarterPtr, ConstructionAddsAReferenceOnlyWhenAsked) {
+    int destroyed = 0;
+    auto* object = new Tracked(&destroyed);
+    object->AddRef();  // the reference the second pointer takes over
+    {
+        LmSmarterPtr<Tracked> owning(object, true);
+        EXPECT_EQ(object->RefCount(), 2);
+        LmSmarterPtr<Tracked> adopting(object, false);
+        EXPECT_EQ(object->RefCount(), 2);
+    }
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(LmSmarterPtr, NullFormsAndComparisons) {
+    LmSmarterPtr<Tracked> byDefault;
+    LmSmarterPtr<Tracked> fromZero(0);
+    LmSmarterPtr<Tracked> fromNull(nullptr, true);
+    EXPECT_TRUE(!byDefault);
+    EXPECT_FALSE(static_cast<bool>(fromZero));
+    EXPECT_TRUE(fromNull == nullptr);
+    EXPECT_EQ(static_cast<Tracked*>(byDefault), nullptr);
+}
+
+TEST(LmSmarterPtr, CopiesAndAssignmentsKeepTheCountExact) {
+    int destroyed = 0;
+    auto* first = new Tracked(&destroyed);
+    auto* second = new Tracked(&destroyed);
+    LmSmarterPtr<Tracked> a(first);
+    {
+        LmSmarterPtr<Tracked> b(a);
+        EXPECT_EQ(first->RefCount(), 2);
+        b = first;  // the same pointer: nothing changes
+        EXPECT_EQ(first->RefCount(), 2);
+        b = a;
+        EXPECT_EQ(first->RefCount(), 2);
+        EXPECT_EQ(b = second, second);
+        EXPECT_EQ(first->RefCount(), 1);
+        EXPECT_EQ(second->RefCount(), 1);
+    }
+    EXPECT_EQ(destroyed, 1);  // second died with b
+    a = nullptr;
+    EXPECT_EQ(destroyed, 2);
+}
+
+TEST(LmSmarterPtr, SelfAssignmentOfTheLastOwnerKeepsTheObject) {
+    int destroyed = 0;
+    LmSmarterPtr<Tracked> only(new Tracked(&destroyed));
+    const LmSmarterPtr<Tracked>& alias = only;
+    only = alias;
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_EQ(only->RefCount(), 1);
+}
+
+TEST(LmSmarterPtr, AttachTakesOverAnExistingReference) {
+    int destroyed = 0;
+    auto* first = new Tracked(&destroyed);
+    auto* second = new Tracked(&destroyed);
+    LmSmarterPtr<Tracked> pointer(first);
+    second->AddRef();
+    pointer.Attach(second);
+    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(second->RefCount(), 1);
+}
+
+TEST(LmSmarterPtr, ConvertsFromADerivedPointer) {
+    int destroyed = 0;
+    {
+        LmSmarterPtr<LmRefObject> base(new Tracked(&destroyed));
+        EXPECT_EQ(base->RefCount(), 1);
+    }
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(LmRefObject, CountingIsExactAcrossThreads) {
+    int destroyed = 0;
+    LmSmarterPtr<Tracked> shared(new Tracked(&destroyed));
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t) {
+        threads.emplace_back([&shared] {
+            for (int i = 0; i < 20000; ++i) {
+                LmSmarterPtr<Tracked> copy(shared);
+                LmSmarterPtr<Tracked> another;
+                another = copy;
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(shared->RefCount(), 1);
+    EXPECT_EQ(destroyed, 0);
+}
+
+}  // namespace
