@@ -4,5 +4,6 @@
 
 #include <lmspatialreference/utility.h>
 #include <lmspatialreference/coordinatetransformation.h>
+#include <lmspatialreference/fitting.h>
 
 #endif  // LMSPATIALREFERENCE_LMSPATIALREFERENCE_H
