@@ -65,7 +65,8 @@ bool _PointsSpanPlane(int count, const double* source) {
 
 }  // namespace
 
-LmAffineCoordinateTransformation::LmAffineCoordinateTransformation(const double* source, const double* target, int n)
+LmAffineCoordinateTransformation::LmAffineCoordinateTransformation(const double* source, const double* target,
+                                                                   int n)
     : m_elements{1.0, 0.0, 0.0, 1.0, 0.0, 0.0} {
     Parameter(source, target, n);
 }
@@ -92,7 +93,8 @@ bool LmAffineCoordinateTransformation::Parameter(const double* source, const dou
     const int points = n / 2;
     if (!_PointsSpanPlane(points, source)) return false;
     double* m = m_elements;
-    return min_xyc(points, source, target, m[0], m[2], m[4]) && min_xyc(points, source, target + 1, m[1], m[3], m[5]);
+    return min_xyc(points, source, target, m[0], m[2], m[4]) &&
+           min_xyc(points, source, target + 1, m[1], m[3], m[5]);
 }
 
 bool LmAffineCoordinateTransformation::Elements(double* out) {
@@ -102,7 +104,9 @@ bool LmAffineCoordinateTransformation::Elements(double* out) {
 
 const double* LmAffineCoordinateTransformation::Matrix() const { return m_elements; }
 
-int LmAffineCoordinateTransformation::IdenticalPointCount() const { return static_cast<int>(m_sourcePoints.size()); }
+int LmAffineCoordinateTransformation::IdenticalPointCount() const {
+    return static_cast<int>(m_sourcePoints.size());
+}
 
 const double* LmAffineCoordinateTransformation::SourcePoint() const {
     return m_sourcePoints.empty() ? nullptr : m_sourcePoints.data();

@@ -12,8 +12,7 @@ namespace Kernel {
 
 LUPMat::LUPMat() : L(nullptr), U(nullptr), P(nullptr), n(0) {}
 
-void DelLUPMat(LUPMat m)
-{
+void DelLUPMat(LUPMat m) {
     delete[] m.L;
     delete[] m.U;
     delete[] m.P;
@@ -22,12 +21,10 @@ void DelLUPMat(LUPMat m)
     m.P = nullptr;
 }
 
-void LUPDecomp(const double* A, int n, LUPMat& out)
-{
+void LUPDecomp(const double* A, int n, LUPMat& out) {
     std::vector<double> W(A, A + static_cast<std::size_t>(n) * n);
     std::vector<int> P(n);
-    for (int i = 0; i < n; ++i)
-        P[i] = i;
+    for (int i = 0; i < n; ++i) P[i] = i;
 
     for (int k = 0; k < n; ++k) {
         double best = 0.0;
@@ -45,12 +42,10 @@ void LUPDecomp(const double* A, int n, LUPMat& out)
             std::exit(1);
         }
         std::swap(P[k], P[pivotRow]);
-        for (int j = 0; j < n; ++j)
-            std::swap(W[k * n + j], W[pivotRow * n + j]);
+        for (int j = 0; j < n; ++j) std::swap(W[k * n + j], W[pivotRow * n + j]);
         for (int i = k + 1; i < n; ++i) {
             W[i * n + k] /= W[k * n + k];
-            for (int j = k + 1; j < n; ++j)
-                W[i * n + j] -= W[i * n + k] * W[k * n + j];
+            for (int j = k + 1; j < n; ++j) W[i * n + j] -= W[i * n + k] * W[k * n + j];
         }
     }
 
@@ -68,36 +63,30 @@ void LUPDecomp(const double* A, int n, LUPMat& out)
     }
 }
 
-void SolveLinearEq(LUPMat& lu, const double* b, int n, double* x)
-{
+void SolveLinearEq(LUPMat& lu, const double* b, int n, double* x) {
     std::vector<double> y(n);
     for (int i = 0; i < n; ++i) {
         double sum = 0.0;
-        for (int j = 0; j < i; ++j)
-            sum += lu.L[i * n + j] * y[j];
+        for (int j = 0; j < i; ++j) sum += lu.L[i * n + j] * y[j];
         y[i] = b[lu.P[i]] - sum;
     }
     for (int i = n - 1; i >= 0; --i) {
         double sum = 0.0;
-        for (int j = n - 1; j > i; --j)
-            sum += lu.U[i * n + j] * x[j];
+        for (int j = n - 1; j > i; --j) sum += lu.U[i * n + j] * x[j];
         x[i] = (y[i] - sum) / lu.U[i * n + i];
     }
 }
 
-void InverseMatrix(const double* A, int n, double* inv)
-{
+void InverseMatrix(const double* A, int n, double* inv) {
     LUPMat lu;
     LUPDecomp(A, n, lu);
     std::vector<double> unit(n, 0.0);
     std::vector<double> column(n);
     for (int j = 0; j < n; ++j) {
-        if (j > 0)
-            unit[j - 1] = 0.0;
+        if (j > 0) unit[j - 1] = 0.0;
         unit[j] = 1.0;
         SolveLinearEq(lu, unit.data(), n, column.data());
-        for (int i = 0; i < n; ++i)
-            inv[i * n + j] = column[i];
+        for (int i = 0; i < n; ++i) inv[i * n + j] = column[i];
     }
     DelLUPMat(lu);
 }

@@ -7,10 +7,8 @@
 #include <utility>
 #include <vector>
 
-int mat_lu(int n, double* A, int* idx)
-{
-    for (int i = 0; i < n; ++i)
-        idx[i] = i;
+int mat_lu(int n, double* A, int* idx) {
+    for (int i = 0; i < n; ++i) idx[i] = i;
     for (int k = 0; k < n; ++k) {
         double largest = 0.0;
         int pivot = k;
@@ -23,52 +21,41 @@ int mat_lu(int n, double* A, int* idx)
         }
         std::swap(idx[k], idx[pivot]);
         const double* pivotRow = A + idx[k] * n;
-        if (pivotRow[k] == 0.0)
-            return 0;
+        if (pivotRow[k] == 0.0) return 0;
         for (int i = k + 1; i < n; ++i) {
             double* row = A + idx[i] * n;
             row[k] /= pivotRow[k];
-            for (int j = k + 1; j < n; ++j)
-                row[j] -= row[k] * pivotRow[j];
+            for (int j = k + 1; j < n; ++j) row[j] -= row[k] * pivotRow[j];
         }
     }
     return 1;
 }
 
-void mat_backsubs(int n, const double* LU, double* b, double* x, const int* idx)
-{
+void mat_backsubs(int n, const double* LU, double* b, double* x, const int* idx) {
     for (int k = 0; k < n; ++k)
-        for (int i = k + 1; i < n; ++i)
-            b[idx[i]] -= LU[idx[i] * n + k] * b[idx[k]];
+        for (int i = k + 1; i < n; ++i) b[idx[i]] -= LU[idx[i] * n + k] * b[idx[k]];
 
-    if (n < 1)
-        return;
+    if (n < 1) return;
     x[n - 1] = b[idx[n - 1]] / LU[idx[n - 1] * n + n - 1];
     for (int i = n - 2; i >= 0; --i) {
         const double* row = LU + idx[i] * n;
         double sum = 0.0;
-        for (int j = i + 1; j < n; ++j)
-            sum += row[j] * x[j];
+        for (int j = i + 1; j < n; ++j) sum += row[j] * x[j];
         x[i] = (b[idx[i]] - sum) / row[i];
     }
 }
 
-int mat_solve(int n, double* A, double* b, double* x)
-{
-    if (x == b)
-        return 0;
+int mat_solve(int n, double* A, double* b, double* x) {
+    if (x == b) return 0;
     std::vector<int> idx(n);
-    if (!mat_lu(n, A, idx.data()))
-        return 0;
+    if (!mat_lu(n, A, idx.data())) return 0;
     mat_backsubs(n, A, b, x, idx.data());
     return 1;
 }
 
-int mat_inv(int n, double* A)
-{
+int mat_inv(int n, double* A) {
     std::vector<int> idx(n);
-    if (!mat_lu(n, A, idx.data()))
-        return 0;
+    if (!mat_lu(n, A, idx.data())) return 0;
     // Row i of the scratch receives the solution for unit vector i, so the
     // scratch holds the inverse transposed.
     const std::size_t size = static_cast<std::size_t>(n) * n;

@@ -14,8 +14,7 @@ public:
 
     // The trailing area, starting at double-sized slot `slot`.
     template <typename T>
-    T* Tail(std::size_t slot)
-    {
+    T* Tail(std::size_t slot) {
         static_assert(alignof(T) <= alignof(double), "tail must fit double alignment");
         return reinterpret_cast<T*>(bytes_.get() + slot * sizeof(double));
     }

@@ -47,7 +47,7 @@ public:
     MyMatrix(const MyMatrix& other);
     ~MyMatrix();
 
-    double getxy(int r, int c) const;  // unchecked
+    double getxy(int r, int c) const;    // unchecked
     void setxy(int r, int c, double v);  // unchecked
 
     // Releases the elements and allocates a zero-filled rows x cols matrix.

@@ -9,8 +9,7 @@ namespace {
 
 // Checks A * v = lambda * v for every row of V, orthonormal rows and descending
 // eigenvalues.
-void _expect_eigen_decomposition(int n, const double* A, const double* V, const double* d, double tolerance)
-{
+void _expect_eigen_decomposition(int n, const double* A, const double* V, const double* d, double tolerance) {
     for (int e = 0; e < n; ++e) {
         if (e > 0) {
             EXPECT_GE(d[e - 1], d[e]);
@@ -18,14 +17,12 @@ void _expect_eigen_decomposition(int n, const double* A, const double* V, const 
         const double* v = V + e * n;
         for (int i = 0; i < n; ++i) {
             double image = 0.0;
-            for (int k = 0; k < n; ++k)
-                image += A[i * n + k] * v[k];
+            for (int k = 0; k < n; ++k) image += A[i * n + k] * v[k];
             EXPECT_NEAR(image, d[e] * v[i], tolerance) << "eigenpair " << e << " row " << i;
         }
         for (int f = 0; f < n; ++f) {
             double dot = 0.0;
-            for (int k = 0; k < n; ++k)
-                dot += v[k] * V[f * n + k];
+            for (int k = 0; k < n; ++k) dot += v[k] * V[f * n + k];
             EXPECT_NEAR(dot, e == f ? 1.0 : 0.0, tolerance);
         }
     }
@@ -33,8 +30,7 @@ void _expect_eigen_decomposition(int n, const double* A, const double* V, const 
 
 }  // namespace
 
-TEST(Eigen, TwoByTwoClosedForm)
-{
+TEST(Eigen, TwoByTwoClosedForm) {
     const double A[4] = {2, 1, 1, 2};
     double V[4];
     double d[2];
@@ -46,15 +42,14 @@ TEST(Eigen, TwoByTwoClosedForm)
     EXPECT_NEAR(V[2], -V[3], 1e-15);
 }
 
-TEST(Eigen, GeneralSymmetricMatrix)
-{
+TEST(Eigen, GeneralSymmetricMatrix) {
     const int n = 5;
     const double A[25] = {
-        4, 1, 2, 0.5, -1,  //
-        1, 3, 0, 1, 2,     //
-        2, 0, 5, 1.5, 0,   //
-        0.5, 1, 1.5, 2, 1, //
-        -1, 2, 0, 1, -3,
+        4,   1, 2,   0.5, -1,  //
+        1,   3, 0,   1,   2,   //
+        2,   0, 5,   1.5, 0,   //
+        0.5, 1, 1.5, 2,   1,   //
+        -1,  2, 0,   1,   -3,
     };
     std::vector<double> V(n * n);
     std::vector<double> d(n);
@@ -73,8 +68,7 @@ TEST(Eigen, GeneralSymmetricMatrix)
     EXPECT_NEAR(product, mat_del(n, A), 1e-9);
 }
 
-TEST(Eigen, ReadsOnlyTheUpperTriangle)
-{
+TEST(Eigen, ReadsOnlyTheUpperTriangle) {
     const double upper[9] = {2, -1, 0, 99, 2, -1, -42, 7, 2};
     const double symmetric[9] = {2, -1, 0, -1, 2, -1, 0, -1, 2};
     double V[9];
@@ -87,8 +81,7 @@ TEST(Eigen, ReadsOnlyTheUpperTriangle)
     _expect_eigen_decomposition(3, symmetric, V, d, 1e-14);
 }
 
-TEST(Eigen, DiagonalMatrixIsOnlySorted)
-{
+TEST(Eigen, DiagonalMatrixIsOnlySorted) {
     const double A[9] = {1, 0, 0, 0, 5, 0, 0, 0, 3};
     double V[9];
     double d[3];
@@ -97,12 +90,10 @@ TEST(Eigen, DiagonalMatrixIsOnlySorted)
     EXPECT_EQ(d[1], 3.0);
     EXPECT_EQ(d[2], 1.0);
     const double expectedRows[9] = {0, 1, 0, 0, 0, 1, 1, 0, 0};
-    for (int k = 0; k < 9; ++k)
-        EXPECT_EQ(V[k], expectedRows[k]) << k;
+    for (int k = 0; k < 9; ++k) EXPECT_EQ(V[k], expectedRows[k]) << k;
 }
 
-TEST(Eigen, JacobiDestroysItsInputAndUsesTheWorkArea)
-{
+TEST(Eigen, JacobiDestroysItsInputAndUsesTheWorkArea) {
     double A[9] = {2, -1, 0, -1, 2, -1, 0, -1, 2};
     double V[9];
     double d[3];
@@ -114,8 +105,7 @@ TEST(Eigen, JacobiDestroysItsInputAndUsesTheWorkArea)
     EXPECT_LE(std::fabs(A[5]), 2.220446049250313e-16);
 }
 
-TEST(Eigen, OrderOneIsTheElementItself)
-{
+TEST(Eigen, OrderOneIsTheElementItself) {
     const double A[1] = {-7};
     double V[1];
     double d[1];

@@ -20,8 +20,7 @@ const double kUnimodularInverse[9] = {-24, 18, 5, 20, -15, -4, -5, 4, 1};
 
 }  // namespace
 
-TEST(LUPDecomp, FactorsReproducePermutedRows)
-{
+TEST(LUPDecomp, FactorsReproducePermutedRows) {
     const double A[16] = {2, -1, 0, 3, 4, 1, -2, 0, -6, 2, 1, 1, 1, 5, 3, -2};
     const int n = 4;
     LUPMat lu;
@@ -39,16 +38,14 @@ TEST(LUPDecomp, FactorsReproducePermutedRows)
                 EXPECT_EQ(lu.U[i * n + j], 0.0);
             }
             double product = 0.0;
-            for (int k = 0; k < n; ++k)
-                product += lu.L[i * n + k] * lu.U[k * n + j];
+            for (int k = 0; k < n; ++k) product += lu.L[i * n + k] * lu.U[k * n + j];
             EXPECT_NEAR(product, A[lu.P[i] * n + j], 1e-13) << i << "," << j;
         }
     }
     DelLUPMat(lu);
 }
 
-TEST(LUPDecomp, EqualMagnitudesKeepTheFirstRow)
-{
+TEST(LUPDecomp, EqualMagnitudesKeepTheFirstRow) {
     const double A[4] = {-2, 1, 2, 3};
     LUPMat lu;
     LUPDecomp(A, 2, lu);
@@ -57,8 +54,7 @@ TEST(LUPDecomp, EqualMagnitudesKeepTheFirstRow)
     DelLUPMat(lu);
 }
 
-TEST(LUPDecomp, TinyNonZeroPivotsAreAccepted)
-{
+TEST(LUPDecomp, TinyNonZeroPivotsAreAccepted) {
     const double A[4] = {1e-300, 0, 0, 1e-300};
     LUPMat lu;
     LUPDecomp(A, 2, lu);
@@ -67,8 +63,7 @@ TEST(LUPDecomp, TinyNonZeroPivotsAreAccepted)
     DelLUPMat(lu);
 }
 
-TEST(LUPDecompDeathTest, ExactlyZeroPivotColumnEndsTheProcess)
-{
+TEST(LUPDecompDeathTest, ExactlyZeroPivotColumnEndsTheProcess) {
     const double firstColumnZero[9] = {0, 1, 2, 0, 3, 4, 0, 5, 6};
     // The message goes to standard output; route it to stderr for the matcher.
     EXPECT_EXIT(
@@ -80,8 +75,7 @@ TEST(LUPDecompDeathTest, ExactlyZeroPivotColumnEndsTheProcess)
         ::testing::ExitedWithCode(1), "^singular matrix!\n$");
 }
 
-TEST(LUPDecompDeathTest, DependentRowsReachAZeroPivotLater)
-{
+TEST(LUPDecompDeathTest, DependentRowsReachAZeroPivotLater) {
     const double rankOne[4] = {1, 2, 2, 4};
     EXPECT_EXIT(
         {
@@ -92,8 +86,7 @@ TEST(LUPDecompDeathTest, DependentRowsReachAZeroPivotLater)
         ::testing::ExitedWithCode(1), "singular matrix!");
 }
 
-TEST(SolveLinearEq, SolvesAKnownSystem)
-{
+TEST(SolveLinearEq, SolvesAKnownSystem) {
     // x = (1, -2, 3)
     const double b[3] = {1 * 1 + 2 * -2 + 3 * 3, 0 * 1 + 1 * -2 + 4 * 3, 5 * 1 + 6 * -2 + 0 * 3};
     LUPMat lu;
@@ -106,28 +99,23 @@ TEST(SolveLinearEq, SolvesAKnownSystem)
     DelLUPMat(lu);
 }
 
-TEST(InverseMatrix, MatchesTheKnownInverse)
-{
+TEST(InverseMatrix, MatchesTheKnownInverse) {
     double inv[9];
     InverseMatrix(kUnimodular, 3, inv);
-    for (int k = 0; k < 9; ++k)
-        EXPECT_NEAR(inv[k], kUnimodularInverse[k], 1e-12) << k;
+    for (int k = 0; k < 9; ++k) EXPECT_NEAR(inv[k], kUnimodularInverse[k], 1e-12) << k;
 }
 
-TEST(InverseMatrix, InvertsAPermutationNeedingPivots)
-{
+TEST(InverseMatrix, InvertsAPermutationNeedingPivots) {
     // Cyclic permutation scaled per row: the inverse is the transposed
     // permutation with reciprocal scales.
     const double A[9] = {0, 2, 0, 0, 0, 4, 8, 0, 0};
     const double expected[9] = {0, 0, 0.125, 0.5, 0, 0, 0, 0.25, 0};
     double inv[9];
     InverseMatrix(A, 3, inv);
-    for (int k = 0; k < 9; ++k)
-        EXPECT_DOUBLE_EQ(inv[k], expected[k]) << k;
+    for (int k = 0; k < 9; ++k) EXPECT_DOUBLE_EQ(inv[k], expected[k]) << k;
 }
 
-TEST(DelLUPMat, ToleratesAnEmptyRecord)
-{
+TEST(DelLUPMat, ToleratesAnEmptyRecord) {
     LUPMat empty;
     EXPECT_EQ(empty.L, nullptr);
     EXPECT_EQ(empty.U, nullptr);

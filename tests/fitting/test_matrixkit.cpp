@@ -14,8 +14,7 @@ const double kUnimodularInverse[9] = {-24, 18, 5, 20, -15, -4, -5, 4, 1};
 
 }  // namespace
 
-TEST(VectorKit, AffineCombinationsMayWorkInPlace)
-{
+TEST(VectorKit, AffineCombinationsMayWorkInPlace) {
     double x[3] = {1, 2, 3};
     vec_oper1(3, x, 2.0, -1.0, x);
     EXPECT_EQ(x[0], 1.0);
@@ -29,8 +28,7 @@ TEST(VectorKit, AffineCombinationsMayWorkInPlace)
     EXPECT_EQ(vec_mul(3, x, y), 9 * 10 + 20 * 20 + 31 * 30.0);
 }
 
-TEST(VectorKit, SetLengthScalesOrRefusesTheZeroVector)
-{
+TEST(VectorKit, SetLengthScalesOrRefusesTheZeroVector) {
     double v[2] = {3, 4};
     EXPECT_EQ(vec_set_r(2.0, 2, v), 1);
     EXPECT_DOUBLE_EQ(v[0], 1.2);
@@ -46,8 +44,7 @@ TEST(VectorKit, SetLengthScalesOrRefusesTheZeroVector)
     EXPECT_EQ(tiny[0], std::sqrt(1e-23));
 }
 
-TEST(MatrixKit, TransposeInPlaceAndIntoAnotherArray)
-{
+TEST(MatrixKit, TransposeInPlaceAndIntoAnotherArray) {
     double A[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
     double B[9];
     mat_turn(3, A, B);
@@ -59,13 +56,11 @@ TEST(MatrixKit, TransposeInPlaceAndIntoAnotherArray)
     }
 }
 
-TEST(MatrixKit, ProductsAndQuadraticForm)
-{
+TEST(MatrixKit, ProductsAndQuadraticForm) {
     double C[9];
     mat_mul(3, kUnimodular, kUnimodularInverse, C);
     for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            EXPECT_EQ(C[i * 3 + j], i == j ? 1.0 : 0.0);
+        for (int j = 0; j < 3; ++j) EXPECT_EQ(C[i * 3 + j], i == j ? 1.0 : 0.0);
 
     const double x[3] = {1, -1, 2};
     double y[3];
@@ -76,8 +71,7 @@ TEST(MatrixKit, ProductsAndQuadraticForm)
     EXPECT_EQ(mat_vec_mul(3, kUnimodular, x), 5.0 - 7.0 - 2.0);
 }
 
-TEST(MatrixKit, RankOneUpdatesAreRowTimesColumn)
-{
+TEST(MatrixKit, RankOneUpdatesAreRowTimesColumn) {
     const double x[2] = {1, 2};
     const double y[2] = {3, 5};
     double A[4] = {1, 1, 1, 1};
@@ -93,8 +87,7 @@ TEST(MatrixKit, RankOneUpdatesAreRowTimesColumn)
     EXPECT_EQ(A[2], 4.0 + 6.0);
 }
 
-TEST(MatrixKit, SolveThroughThePermutationIndex)
-{
+TEST(MatrixKit, SolveThroughThePermutationIndex) {
     double A[9];
     std::copy(kUnimodular, kUnimodular + 9, A);
     double b[3] = {6, 10, -7};  // A * (1, -2, 3)
@@ -105,8 +98,7 @@ TEST(MatrixKit, SolveThroughThePermutationIndex)
     EXPECT_NEAR(x[2], 3.0, 1e-12);
 }
 
-TEST(MatrixKit, LuKeepsRowsInPlaceAndPivotsByIndex)
-{
+TEST(MatrixKit, LuKeepsRowsInPlaceAndPivotsByIndex) {
     double A[4] = {1, 2, 4, 3};
     int idx[2];
     ASSERT_EQ(mat_lu(2, A, idx), 1);
@@ -119,8 +111,7 @@ TEST(MatrixKit, LuKeepsRowsInPlaceAndPivotsByIndex)
     EXPECT_EQ(A[1], 2.0 - 0.25 * 3.0);
 }
 
-TEST(MatrixKit, SolveRefusesSharedRightHandSideWithoutTouchingA)
-{
+TEST(MatrixKit, SolveRefusesSharedRightHandSideWithoutTouchingA) {
     double A[4] = {2, 0, 0, 2};
     double b[2] = {1, 1};
     EXPECT_EQ(mat_solve(2, A, b, b), 0);
@@ -129,33 +120,28 @@ TEST(MatrixKit, SolveRefusesSharedRightHandSideWithoutTouchingA)
     EXPECT_EQ(b[0], 1.0);
 }
 
-TEST(MatrixKit, SolveReportsASingularMatrix)
-{
+TEST(MatrixKit, SolveReportsASingularMatrix) {
     double A[4] = {1, 2, 2, 4};
     double b[2] = {1, 1};
     double x[2];
     EXPECT_EQ(mat_solve(2, A, b, x), 0);
 }
 
-TEST(MatrixKit, InverseInPlace)
-{
+TEST(MatrixKit, InverseInPlace) {
     double A[9];
     std::copy(kUnimodular, kUnimodular + 9, A);
     ASSERT_EQ(mat_inv(3, A), 1);
-    for (int k = 0; k < 9; ++k)
-        EXPECT_NEAR(A[k], kUnimodularInverse[k], 1e-12) << k;
+    for (int k = 0; k < 9; ++k) EXPECT_NEAR(A[k], kUnimodularInverse[k], 1e-12) << k;
 }
 
-TEST(MatrixKit, InverseOfASingularMatrixFailsAndLeavesFactors)
-{
+TEST(MatrixKit, InverseOfASingularMatrixFailsAndLeavesFactors) {
     double A[9] = {1, 2, 3, 2, 4, 6, 1, 0, 1};
     const std::array<double, 9> original = {1, 2, 3, 2, 4, 6, 1, 0, 1};
     EXPECT_EQ(mat_inv(3, A), 0);
     EXPECT_FALSE(std::equal(original.begin(), original.end(), A));
 }
 
-TEST(Determinant, ClosedFormsAndKnownValues)
-{
+TEST(Determinant, ClosedFormsAndKnownValues) {
     const double identity[9] = {1, 0, 0, 0, 1, 0, 0, 0, 1};
     EXPECT_EQ(mat_del(3, identity), 1.0);
     EXPECT_NEAR(mat_del(3, kUnimodular), 1.0, 1e-12);
@@ -165,27 +151,23 @@ TEST(Determinant, ClosedFormsAndKnownValues)
     EXPECT_NEAR(mat_del(4, v4), 12.0, 1e-10);
     std::vector<double> v5;
     for (int node = 0; node < 5; ++node)
-        for (int power = 0, value = 1; power < 5; ++power, value *= node)
-            v5.push_back(value);
+        for (int power = 0, value = 1; power < 5; ++power, value *= node) v5.push_back(value);
     EXPECT_NEAR(mat_del(5, v5.data()), 288.0, 1e-9);
 
     const double single = -3.5;
     EXPECT_EQ(mat_del(1, &single), -3.5);
 }
 
-TEST(Determinant, SignFollowsEveryRowPermutation)
-{
+TEST(Determinant, SignFollowsEveryRowPermutation) {
     // Rows of diag(1, 2, 3, 4) permuted: |det| = 24 with the permutation's sign.
     std::array<int, 4> perm = {0, 1, 2, 3};
     int checked = 0;
     do {
         double A[16] = {};
-        for (int i = 0; i < 4; ++i)
-            A[i * 4 + perm[i]] = perm[i] + 1.0;
+        for (int i = 0; i < 4; ++i) A[i * 4 + perm[i]] = perm[i] + 1.0;
         int inversions = 0;
         for (int i = 0; i < 4; ++i)
-            for (int j = i + 1; j < 4; ++j)
-                inversions += perm[i] > perm[j];
+            for (int j = i + 1; j < 4; ++j) inversions += perm[i] > perm[j];
         const double expected = inversions % 2 ? -24.0 : 24.0;
         EXPECT_DOUBLE_EQ(mat_del(4, A), expected) << perm[0] << perm[1] << perm[2] << perm[3];
         ++checked;
@@ -193,16 +175,14 @@ TEST(Determinant, SignFollowsEveryRowPermutation)
     EXPECT_EQ(checked, 24);
 }
 
-TEST(Determinant, LeavesTheInputUnchanged)
-{
+TEST(Determinant, LeavesTheInputUnchanged) {
     double A[9];
     std::copy(kUnimodular, kUnimodular + 9, A);
     mat_del(3, A);
     EXPECT_TRUE(std::equal(A, A + 9, kUnimodular));
 }
 
-TEST(Determinant, AbsoluteThresholdAppliesFromOrderThree)
-{
+TEST(Determinant, AbsoluteThresholdAppliesFromOrderThree) {
     const double small3[9] = {4e-12, 0, 0, 0, 4e-12, 0, 0, 0, 4e-12};
     EXPECT_EQ(mat_del(3, small3), 0.0);
     const double above3[9] = {5e-12, 0, 0, 0, 1, 0, 0, 0, 1};

@@ -6,8 +6,7 @@ using Lumora::Kernel::MyMatrix;
 
 namespace {
 
-MyMatrix _matrix(int rows, int cols, std::initializer_list<double> values)
-{
+MyMatrix _matrix(int rows, int cols, std::initializer_list<double> values) {
     MyMatrix m(rows, cols);
     m.setdata(values.begin(), static_cast<int>(values.size()));
     return m;
@@ -15,8 +14,7 @@ MyMatrix _matrix(int rows, int cols, std::initializer_list<double> values)
 
 }  // namespace
 
-TEST(MyMatrix, ShapesAndZeroFill)
-{
+TEST(MyMatrix, ShapesAndZeroFill) {
     MyMatrix empty;
     EXPECT_EQ(empty.data, nullptr);
     EXPECT_EQ(empty.rows, 0);
@@ -24,14 +22,12 @@ TEST(MyMatrix, ShapesAndZeroFill)
 
     MyMatrix m(2, 3);
     for (int r = 0; r < 2; ++r)
-        for (int c = 0; c < 3; ++c)
-            EXPECT_EQ(m.getxy(r, c), 0.0);
+        for (int c = 0; c < 3; ++c) EXPECT_EQ(m.getxy(r, c), 0.0);
     m.setxy(1, 2, 7.5);
     EXPECT_EQ(m.data[1 * 3 + 2], 7.5);
 }
 
-TEST(MyMatrix, ProductSumsRowsByColumns)
-{
+TEST(MyMatrix, ProductSumsRowsByColumns) {
     MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
     MyMatrix b = _matrix(3, 2, {7, 8, 9, 10, 11, 12});
     MyMatrix c = a * b;
@@ -43,30 +39,25 @@ TEST(MyMatrix, ProductSumsRowsByColumns)
     EXPECT_EQ(c.getxy(1, 1), 154.0);
 }
 
-TEST(MyMatrix, MismatchedProductIsAZeroMatrix)
-{
+TEST(MyMatrix, MismatchedProductIsAZeroMatrix) {
     MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
     MyMatrix b = _matrix(2, 3, {1, 1, 1, 1, 1, 1});
     MyMatrix c = a * b;
     ASSERT_EQ(c.rows, 2);
     ASSERT_EQ(c.cols, 3);
-    for (int k = 0; k < 6; ++k)
-        EXPECT_EQ(c.data[k], 0.0);
+    for (int k = 0; k < 6; ++k) EXPECT_EQ(c.data[k], 0.0);
 }
 
-TEST(MyMatrix, TranspoteSwapsIndices)
-{
+TEST(MyMatrix, TranspoteSwapsIndices) {
     MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
     MyMatrix t = a.transpote();
     ASSERT_EQ(t.rows, 3);
     ASSERT_EQ(t.cols, 2);
     for (int r = 0; r < 2; ++r)
-        for (int c = 0; c < 3; ++c)
-            EXPECT_EQ(t.getxy(c, r), a.getxy(r, c));
+        for (int c = 0; c < 3; ++c) EXPECT_EQ(t.getxy(c, r), a.getxy(r, c));
 }
 
-TEST(MyMatrix, NormalEquationsOfALineFit)
-{
+TEST(MyMatrix, NormalEquationsOfALineFit) {
     // Fit y = a + b x to (0, 1), (1, 3), (2, 5), (3, 7): exactly a = 1, b = 2.
     MyMatrix design = _matrix(4, 2, {1, 0, 1, 1, 1, 2, 1, 3});
     MyMatrix observed = _matrix(4, 1, {1, 3, 5, 7});
@@ -79,8 +70,7 @@ TEST(MyMatrix, NormalEquationsOfALineFit)
     EXPECT_NEAR(solution.getxy(1, 0), 2.0, 1e-12);
 }
 
-TEST(MyMatrix, CopiesAreDeep)
-{
+TEST(MyMatrix, CopiesAreDeep) {
     MyMatrix a = _matrix(2, 2, {1, 2, 3, 4});
     MyMatrix copy(a);
     MyMatrix assigned;
@@ -98,12 +88,10 @@ TEST(MyMatrix, CopiesAreDeep)
     EXPECT_EQ(assigned.getxy(1, 0), 3.0);
 }
 
-TEST(MyMatrix, ResetDiscardsOldElements)
-{
+TEST(MyMatrix, ResetDiscardsOldElements) {
     MyMatrix m = _matrix(2, 2, {1, 2, 3, 4});
     m.reset(3, 1);
     ASSERT_EQ(m.rows, 3);
     ASSERT_EQ(m.cols, 1);
-    for (int r = 0; r < 3; ++r)
-        EXPECT_EQ(m.getxy(r, 0), 0.0);
+    for (int r = 0; r < 3; ++r) EXPECT_EQ(m.getxy(r, 0), 0.0);
 }

@@ -17,13 +17,11 @@ struct _NormalForm {
 
 }  // namespace
 
-TEST(QuadraticMinimum, ExactFitGivesZeroAndTheUnknowns)
-{
+TEST(QuadraticMinimum, ExactFitGivesZeroAndTheUnknowns) {
     // t = 2 + 3u - 0.5w, written as t + x1 u + x2 w + x3 = 0.
     _NormalForm form(4);
     const double points[][2] = {{0, 0}, {1, 0}, {0, 1}, {2, 3}, {-1, 4}, {5, -2}};
-    for (const auto& p : points)
-        form.Add({2 + 3 * p[0] - 0.5 * p[1], p[0], p[1], 1.0});
+    for (const auto& p : points) form.Add({2 + 3 * p[0] - 0.5 * p[1], p[0], p[1], 1.0});
     double x[4];
     const double minimum = mat_min2(4, form.M.data(), x);
     EXPECT_NEAR(minimum, 0.0, 1e-12);
@@ -33,8 +31,7 @@ TEST(QuadraticMinimum, ExactFitGivesZeroAndTheUnknowns)
     EXPECT_NEAR(x[3], -2.0, 1e-12);
 }
 
-TEST(QuadraticMinimum, LineFitMatchesTheClosedForm)
-{
+TEST(QuadraticMinimum, LineFitMatchesTheClosedForm) {
     const double xs[] = {0, 1, 2, 3, 4, 5};
     const double ys[] = {1.1, 2.9, 5.2, 7.1, 8.8, 11.3};
     const int count = 6;
@@ -63,8 +60,7 @@ TEST(QuadraticMinimum, LineFitMatchesTheClosedForm)
     EXPECT_NEAR(mat_min2(3, form.M.data(), nullptr), minimum, 0.0);
 }
 
-TEST(QuadraticMinimum, UnknownWithoutObservationsStaysZero)
-{
+TEST(QuadraticMinimum, UnknownWithoutObservationsStaysZero) {
     _NormalForm form(3);
     form.Add({-3, 1, 0});
     form.Add({-6, 2, 0});
@@ -74,8 +70,7 @@ TEST(QuadraticMinimum, UnknownWithoutObservationsStaysZero)
     EXPECT_EQ(x[2], 0.0);
 }
 
-TEST(QuadraticMinimum, IndefiniteFormIsReportedAndLeavesXAlone)
-{
+TEST(QuadraticMinimum, IndefiniteFormIsReportedAndLeavesXAlone) {
     const double M[9] = {1, 0, 0, 0, -1, 0, 0, 0, 1};
     double x[3] = {7, 7, 7};
     EXPECT_EQ(mat_min2(3, M, x), -DBL_MAX);
@@ -83,8 +78,7 @@ TEST(QuadraticMinimum, IndefiniteFormIsReportedAndLeavesXAlone)
     EXPECT_EQ(x[2], 7.0);
 }
 
-TEST(QuadraticMinimum, FixedUnknownIsNeverAPivot)
-{
+TEST(QuadraticMinimum, FixedUnknownIsNeverAPivot) {
     // Without the constraint the form x0^2 + 4 x0 x1 + 5 x1^2 would pivot on
     // neither; with x0 = 1 the minimum over x1 is at x1 = -2/5 with value 1/5.
     const double M[4] = {1, 2, 2, 5};
@@ -94,8 +88,7 @@ TEST(QuadraticMinimum, FixedUnknownIsNeverAPivot)
     EXPECT_NEAR(x[1], -0.4, 1e-15);
 }
 
-TEST(QuadraticMinimum, EliminationPivotsOnTheLargestDiagonal)
-{
+TEST(QuadraticMinimum, EliminationPivotsOnTheLargestDiagonal) {
     double M[9] = {1, 0, 0, 0, 2, 0, 0, 0, 8};
     int idx[3] = {0, 1, 2};
     EXPECT_EQ(_mat_min2(3, M, idx), 1);
