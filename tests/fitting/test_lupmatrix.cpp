@@ -63,27 +63,23 @@ TEST(LUPDecomp, TinyNonZeroPivotsAreAccepted) {
     DelLUPMat(lu);
 }
 
-TEST(LUPDecompDeathTest, ExactlyZeroPivotColumnEndsTheProcess) {
-    const double firstColumnZero[9] = {0, 1, 2, 0, 3, 4, 0, 5, 6};
-    // The message goes to standard output; route it to stderr for the matcher.
-    EXPECT_EXIT(
-        {
-            dup2(STDERR_FILENO, STDOUT_FILENO);
-            LUPMat lu;
-            LUPDecomp(firstColumnZero, 3, lu);
-        },
-        ::testing::ExitedWithCode(1), "^singular matrix!\n$");
+namespace {
+
+// Decomposes with standard output routed to stderr, where death tests look.
+void _DecomposeShowingStdout(const double* A, int n) {
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    LUPMat lu;
+    LUPDecomp(A, n, lu);
 }
 
-TEST(LUPDecompDeathTest, DependentRowsReachAZeroPivotLater) {
+}  // namespace
+
+TEST(LUPDecompDeathTest, ExactlyZeroPivotColumnEndsTheProcess) {
+    const double firstColumnZero[9] = {0, 1, 2, 0, 3, 4, 0, 5, 6};
+    EXPECT_EXIT(_DecomposeShowingStdout(firstColumnZero, 3), ::testing::ExitedWithCode(1), "^singular matrix!\n$");
+    // Dependent rows leave an exactly zero column only after elimination.
     const double rankOne[4] = {1, 2, 2, 4};
-    EXPECT_EXIT(
-        {
-            dup2(STDERR_FILENO, STDOUT_FILENO);
-            LUPMat lu;
-            LUPDecomp(rankOne, 2, lu);
-        },
-        ::testing::ExitedWithCode(1), "singular matrix!");
+    EXPECT_EXIT(_DecomposeShowingStdout(rankOne, 2), ::testing::ExitedWithCode(1), "^singular matrix!\n$");
 }
 
 TEST(SolveLinearEq, SolvesAKnownSystem) {
