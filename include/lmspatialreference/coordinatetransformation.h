@@ -56,6 +56,32 @@ public:
     virtual double PointPrecision(double x, double y, double defaultTolerance) = 0;
 };
 
+// ---------------------------------------------------------------------------
+// Iterative inverse of a point mapping
+
+// A mapping of n doubles to n doubles: reads in[0..n-1], writes out[0..n-1].
+// The context is whatever the caller of xymap_r passed along.
+typedef void (*PointMapping)(const double* in, double* out, void* context);
+
+// The squared distance between two vectors of n doubles.
+double _dis2(int n, const double* a, const double* b);
+// Fixed-point refinement x <- x + target - f(x), kept while the residual
+// strictly decreases. True when the residual reaches eps (a squared distance);
+// false when a step stops improving, with the last accepted estimate kept.
+bool _xymap_r_1(int n, const double* target, double* estimate, PointMapping f, double eps, void* context);
+// One move of a coordinate pattern search whose step starts at the residual
+// distance and is halved up to ten times. False when no probe improves, with
+// the estimate unchanged.
+bool _xymap_r_2(int n, const double* target, double* estimate, PointMapping f, void* context);
+// Finds x with f(x) within sqrt(eps) of target, starting from *estimate: the
+// fixed-point refinement runs until it stalls, a pattern-search move unblocks
+// it, and so on until the tolerance is met (true) or the search fails (false).
+// Works for 1 <= n <= 4 and refuses other sizes.
+bool xymap_r(int n, const double* target, double* estimate, PointMapping f, double eps, void* context);
+
+// ---------------------------------------------------------------------------
+// Affine, converse and combined transformations
+
 // Two-dimensional affine transformation
 //     x' = m0 * x + m2 * y + m4,   y' = m1 * x + m3 * y + m5,
 // given by its elements or estimated by least squares from pairs of identical
