@@ -92,24 +92,3 @@ TEST(Eigen, DiagonalMatrixIsOnlySorted) {
     const double expectedRows[9] = {0, 1, 0, 0, 0, 1, 1, 0, 0};
     for (int k = 0; k < 9; ++k) EXPECT_EQ(V[k], expectedRows[k]) << k;
 }
-
-TEST(Eigen, JacobiDestroysItsInputAndUsesTheWorkArea) {
-    double A[9] = {2, -1, 0, -1, 2, -1, 0, -1, 2};
-    double V[9];
-    double d[3];
-    int work[6];
-    Jacobi(3, A, V, d, work);
-    EXPECT_NEAR(d[1], 2.0, 1e-14);
-    EXPECT_LE(std::fabs(A[1]), 2.220446049250313e-16);
-    EXPECT_LE(std::fabs(A[2]), 2.220446049250313e-16);
-    EXPECT_LE(std::fabs(A[5]), 2.220446049250313e-16);
-}
-
-TEST(Eigen, OrderOneIsTheElementItself) {
-    const double A[1] = {-7};
-    double V[1];
-    double d[1];
-    mat_eigen(1, A, V, d);
-    EXPECT_EQ(d[0], -7.0);
-    EXPECT_EQ(V[0], 1.0);
-}

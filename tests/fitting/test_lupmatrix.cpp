@@ -110,12 +110,3 @@ TEST(InverseMatrix, InvertsAPermutationNeedingPivots) {
     InverseMatrix(A, 3, inv);
     for (int k = 0; k < 9; ++k) EXPECT_DOUBLE_EQ(inv[k], expected[k]) << k;
 }
-
-TEST(DelLUPMat, ToleratesAnEmptyRecord) {
-    LUPMat empty;
-    EXPECT_EQ(empty.L, nullptr);
-    EXPECT_EQ(empty.U, nullptr);
-    EXPECT_EQ(empty.P, nullptr);
-    EXPECT_EQ(empty.n, 0);
-    DelLUPMat(empty);
-}

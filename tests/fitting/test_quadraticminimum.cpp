@@ -87,10 +87,3 @@ TEST(QuadraticMinimum, FixedUnknownIsNeverAPivot) {
     EXPECT_EQ(x[0], 1.0);
     EXPECT_NEAR(x[1], -0.4, 1e-15);
 }
-
-TEST(QuadraticMinimum, EliminationPivotsOnTheLargestDiagonal) {
-    double M[9] = {1, 0, 0, 0, 2, 0, 0, 0, 8};
-    int idx[3] = {0, 1, 2};
-    EXPECT_EQ(_mat_min2(3, M, idx), 1);
-    EXPECT_EQ(idx[0], 0);
-}
