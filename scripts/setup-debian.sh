@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages needed to build, test and benchmark the library.
 # Idempotent and silent when everything is already present; runs as root or through sudo.
+# Further package names given as arguments are installed too.
 set -euo pipefail
 
 packages=(
   cmake g++ make pkg-config
   libgdal-dev libproj-dev libtinyxml2-dev
   libgtest-dev libbenchmark-dev
+  "$@"
 )
 
 missing=()

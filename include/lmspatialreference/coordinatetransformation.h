@@ -207,6 +207,104 @@ public:
     bool Transformation(double* x, double* y, double* z, int count, int step) override;
 };
 
+// ---------------------------------------------------------------------------
+// Affine, converse and combined transformations
+
+// Two-dimensional affine transformation
+//     x' = m0 * x + m2 * y + m4,   y' = m1 * x + m3 * y + m5,
+// given by its elements or estimated by least squares from pairs of identical
+// points. z is never touched. Large batches run in parallel.
+class LmAffineCoordinateTransformation : public LmCoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+
+    // Estimates the elements from n values of each array (n / 2 points, x and
+    // y interleaved) through Parameter. When that estimation fails the
+    // elements are the identity (1, 0, 0, 1, 0, 0).
+    LmAffineCoordinateTransformation(const double* source, const double* target, int n);
+    // Copies the six elements m0 ... m5.
+    explicit LmAffineCoordinateTransformation(const double* elements);
+    // Translation by (dx, dy).
+    LmAffineCoordinateTransformation(double dx, double dy);
+    // Rotation by angle degrees about (cx, cy), counter-clockwise for x east
+    // and y north.
+    LmAffineCoordinateTransformation(double cx, double cy, double angle);
+
+    // Re-estimates the elements from n values of each array (at least three
+    // points). False for fewer points or a degenerate point set; a failed x
+    // row leaves every element as it was, a failed y row keeps the new x row.
+    bool Parameter(const double* source, const double* target, int n);
+
+    bool Elements(double* out);
+    const double* Matrix() const;
+    // Values (not points) of the last estimation; 0 when built from elements.
+    int IdenticalPointCount() const;
+    // The points of the last estimation, or null when there was none.
+    const double* SourcePoint() const;
+    const double* TargetPoint() const;
+
+    // Always true.
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+
+private:
+    std::vector<double> m_sourcePoints;
+    std::vector<double> m_targetPoints;
+    double m_elements[6];
+};
+
+// The numeric inverse of another transformation: each point is replaced by the
+// input whose forward image it is, found with xymap_r. z is never touched.
+// Points run in parallel, so the forward transformation is called from
+// several threads at once, one point per call.
+class LmConverseCoordinateTransformation : public LmCoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+
+    // Holds a reference to forward and to precisionObject; either may be null.
+    LmConverseCoordinateTransformation(LmCoordinateTransformation* forward, LmCoordinatePrecision* precisionObject,
+                                       double precision);
+
+    // False only without a forward transformation. A point whose inverse
+    // does not converge, or whose tolerance is not positive, is left as it is.
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+
+    // The default tolerance. Without a precision object it is used as a
+    // squared distance as it is; a tolerance the precision object returns is
+    // a distance and is squared. A caller wanting a distance d with no
+    // precision object therefore stores d * d. Stored unchanged.
+    virtual double Precision();
+    virtual void Precision(double precision);
+
+private:
+    // Released in reverse order: the precision object before the forward.
+    LmSmarterPtr<LmCoordinateTransformation> m_forward;
+    LmSmarterPtr<LmCoordinatePrecision> m_precisionObject;
+    double m_precision;
+};
+
+// The PointMapping of the converse: context is the forward transformation,
+// applied to one point of dimension 2 through its copying form.
+void ConverseCoordinateTransform(const double* in, double* out, void* context);
+
+// Applies its members one after the other, in the order they were added.
+class LmCoordinateTransformationCombination : public LmCoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+
+    LmCoordinateTransformationCombination();
+
+    // Appends t and holds a reference to it. A null member makes every later
+    // Transformation fail when the chain reaches it.
+    void Add(LmCoordinateTransformation* t);
+
+    // False at the first member that fails: later members are not applied and
+    // the arrays keep what the earlier ones produced. True for an empty chain.
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+
+private:
+    std::vector<LmSmarterPtr<LmCoordinateTransformation>> m_members;
+};
+
 }  // namespace Kernel
 }  // namespace Lumora
 

@@ -6,5 +6,6 @@
 #include <lmspatialreference/spatialreference.h>
 #include <lmspatialreference/coordinatetransformation.h>
 #include <lmspatialreference/geodesics.h>
+#include <lmspatialreference/fitting.h>
 
 #endif  // LMSPATIALREFERENCE_LMSPATIALREFERENCE_H

@@ -10,7 +10,7 @@ using namespace Lumora::Utility;
 namespace {
 
 enum Colour { eRed = 0, eGreen = 7, eBlue = 9 };
-enum Unfilled { eOnly = 3 };
+enum Unfilled : int { eOnly = 3 };
 
 void FillColours() {
     static bool filled = false;

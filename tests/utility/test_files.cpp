@@ -15,7 +15,9 @@ namespace {
 class FolderTest : public testing::Test {
 protected:
     void SetUp() override {
-        m_folder = fs::path(testing::TempDir()) / "lm_folder_test";
+        // ctest runs every case as its own process, in parallel: one folder each.
+        m_folder = fs::path(testing::TempDir()) /
+                   (std::string("lm_folder_") + testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::remove_all(m_folder);
         fs::create_directories(m_folder / "nested.txt");  // a folder that matches the pattern
         for (const char* name : {"b.txt", "A.TXT", "c.csv", "readme"}) std::ofstream(m_folder / name) << "x";

@@ -1,0 +1,84 @@
+#include <lmspatialreference/coordinatetransformation.h>
+
+#include <gtest/gtest.h>
+
+using namespace Lumora::Kernel;
+
+namespace {
+
+// Adds 100 to x and reports a chosen result.
+class Marker : public LmCoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+    explicit Marker(bool result) : m_result(result) {}
+    bool Transformation(double* x, double*, double*, int count, int step) override {
+        for (int i = 0; i < count; ++i) x[i * step] += 100.0;
+        return m_result;
+    }
+
+private:
+    bool m_result;
+};
+
+}  // namespace
+
+TEST(Combination, MembersApplyInTheOrderAdded) {
+    LmSmarterPtr<LmCoordinateTransformationCombination> chain(new LmCoordinateTransformationCombination);
+    chain->Add(new LmAffineCoordinateTransformation(1.0, 0.0));
+    chain->Add(new LmAffineCoordinateTransformation(0.0, 1.0));
+    double x = 0.0, y = 0.0;
+    EXPECT_TRUE(chain->Transformation(x, y));
+    EXPECT_EQ(x, 1.0);
+    EXPECT_EQ(y, 1.0);
+
+    // Translate then rotate differs from rotate then translate.
+    LmCoordinateTransformationCombination translateThenRotate;
+    translateThenRotate.Add(new LmAffineCoordinateTransformation(1.0, 0.0));
+    translateThenRotate.Add(new LmAffineCoordinateTransformation(0.0, 0.0, 90.0));
+    x = 0.0;
+    y = 0.0;
+    translateThenRotate.Transformation(x, y);
+    EXPECT_NEAR(x, 0.0, 1e-15);
+    EXPECT_NEAR(y, 1.0, 1e-15);
+}
+
+TEST(Combination, EmptyChainSucceedsWithoutChanges) {
+    LmCoordinateTransformationCombination chain;
+    double xyz[3] = {1, 2, 3};
+    EXPECT_TRUE(chain.Transformation(xyz, 1, 3));
+    EXPECT_EQ(xyz[0], 1.0);
+    EXPECT_EQ(xyz[1], 2.0);
+    EXPECT_EQ(xyz[2], 3.0);
+}
+
+TEST(Combination, StopsAtTheFirstFailingMember) {
+    LmCoordinateTransformationCombination chain;
+    chain.Add(new Marker(true));
+    chain.Add(new Marker(false));
+    chain.Add(new Marker(true));
+    double xy[4] = {0, 0, 1, 1};
+    EXPECT_FALSE(chain.Transformation(xy, 2, 2));
+    EXPECT_EQ(xy[0], 200.0);
+    EXPECT_EQ(xy[2], 201.0);
+    EXPECT_EQ(xy[3], 1.0);
+}
+
+TEST(Combination, NullMemberFailsInsteadOfCrashing) {
+    LmCoordinateTransformationCombination chain;
+    chain.Add(new Marker(true));
+    chain.Add(nullptr);
+    double x = 0.0, y = 0.0;
+    EXPECT_FALSE(chain.Transformation(x, y));
+    EXPECT_EQ(x, 100.0);
+}
+
+TEST(Combination, HoldsItsMembersUntilItDies) {
+    LmSmarterPtr<LmCoordinateTransformation> member(new Marker(true));
+    {
+        LmCoordinateTransformationCombination chain;
+        chain.Add(member);
+        chain.Add(member);
+        EXPECT_EQ(member->RefCount(), 3);
+    }
+    EXPECT_EQ(member->RefCount(), 1);
+}

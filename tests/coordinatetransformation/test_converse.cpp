@@ -1,0 +1,175 @@
+#include <lmspatialreference/coordinatetransformation.h>
+
+#include <gtest/gtest.h>
+
+#include <omp.h>
+
+#include <atomic>
+#include <cmath>
+#include <vector>
+
+using namespace Lumora::Kernel;
+
+namespace {
+
+// Returns a fixed tolerance and counts its calls, which come from many threads.
+class FixedPrecision : public LmCoordinatePrecision {
+public:
+    explicit FixedPrecision(double tolerance) : m_tolerance(tolerance) {}
+    double PointPrecision(double, double, double defaultTolerance) override {
+        ++calls;
+        lastDefault = defaultTolerance;
+        return m_tolerance;
+    }
+    std::atomic<int> calls{0};
+    std::atomic<double> lastDefault{0.0};
+
+private:
+    double m_tolerance;
+};
+
+// A smooth non-linear forward map with a known inverse.
+class Cubic : public LmCoordinateTransformation {
+public:
+    using LmCoordinateTransformation::Transformation;
+    bool Transformation(double* x, double* y, double*, int count, int step) override {
+        for (int i = 0; i < count; ++i) {
+            const double u = x[i * step];
+            const double v = y[i * step];
+            x[i * step] = u + 0.01 * u * u * u;
+            y[i * step] = v + 0.1 * u;
+        }
+        return true;
+    }
+};
+
+}  // namespace
+
+TEST(Converse, InvertsATranslation) {
+    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(10.0, -5.0));
+    LmConverseCoordinateTransformation converse(forward, nullptr, 1e-18);
+    double xy[6] = {10.0, -5.0, 110.5, 195.25, -90.0, 0.0};
+    EXPECT_TRUE(converse.Transformation(xy, 3, 2));
+    const double expected[6] = {0.0, 0.0, 100.5, 200.25, -100.0, 5.0};
+    for (int k = 0; k < 6; ++k) EXPECT_NEAR(xy[k], expected[k], 1e-9) << k;
+}
+
+TEST(Converse, InvertsANonLinearMapWithinTheTolerance) {
+    LmSmarterPtr<LmCoordinateTransformation> forward(new Cubic);
+    const double distance = 1e-7;
+    LmConverseCoordinateTransformation converse(forward, nullptr, distance * distance);
+    std::vector<double> points = {1.5, 2.0, -2.0, 0.5, 0.25, -3.0};
+    std::vector<double> images(points.size());
+    forward->Transformation(points.data(), 3, 2, images.data());
+    std::vector<double> inverted = images;
+    EXPECT_TRUE(converse.Transformation(inverted.data(), 3, 2));
+    for (std::size_t k = 0; k < points.size(); k += 2) {
+        double image[2];
+        forward->Transformation(&inverted[k], 1, 2, image);
+        EXPECT_LE(std::hypot(image[0] - images[k], image[1] - images[k + 1]), distance) << k;
+        EXPECT_NEAR(inverted[k], points[k], 1e-6) << k;
+        EXPECT_NEAR(inverted[k + 1], points[k + 1], 1e-6) << k;
+    }
+}
+
+TEST(Converse, WithoutForwardFailsAndChangesNothing) {
+    LmConverseCoordinateTransformation converse(nullptr, nullptr, 1e-12);
+    double x = 1.0, y = 2.0;
+    EXPECT_FALSE(converse.Transformation(x, y));
+    EXPECT_EQ(x, 1.0);
+    EXPECT_EQ(y, 2.0);
+}
+
+TEST(Converse, StoredPrecisionIsASquaredToleranceTakenAsItIs) {
+    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(1.0, 1.0));
+    LmConverseCoordinateTransformation converse(forward, nullptr, 0.0);
+    EXPECT_EQ(converse.Precision(), 0.0);
+    double x = 5.0, y = 5.0;
+    EXPECT_TRUE(converse.Transformation(x, y));
+    EXPECT_EQ(x, 5.0);  // no positive tolerance: left alone
+
+    converse.Precision(-1.0);
+    EXPECT_EQ(converse.Precision(), -1.0);
+    EXPECT_TRUE(converse.Transformation(x, y));
+    EXPECT_EQ(x, 5.0);
+
+    // The first estimate maps (1, 1) away from the point: squared distance 2.
+    // A squared tolerance of 2 accepts it as the answer; 1 does not.
+    converse.Precision(2.0);
+    EXPECT_TRUE(converse.Transformation(x, y));
+    EXPECT_EQ(x, 5.0);
+    converse.Precision(1.0);
+    EXPECT_TRUE(converse.Transformation(x, y));
+    EXPECT_NEAR(x, 4.0, 1e-12);
+}
+
+TEST(Converse, PrecisionObjectToleranceIsSquared) {
+    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(1.0, 1.0));
+    // -1 squared is a usable tolerance of 1, though -1 stored directly is not.
+    LmSmarterPtr<FixedPrecision> minusOne(new FixedPrecision(-1.0));
+    LmConverseCoordinateTransformation converse(forward, minusOne, 123.0);
+    double x = 5.0, y = 5.0;
+    EXPECT_TRUE(converse.Transformation(x, y));
+    EXPECT_NEAR(x, 4.0, 1e-12);
+    EXPECT_EQ(minusOne->calls.load(), 1);
+    EXPECT_EQ(minusOne->lastDefault.load(), 123.0);
+
+    // A distance of 1.5 squares to 2.25, which accepts the first estimate
+    // (squared distance 2); taken unsquared it would not.
+    LmSmarterPtr<FixedPrecision> oneAndAHalf(new FixedPrecision(1.5));
+    LmConverseCoordinateTransformation squared(forward, oneAndAHalf, 0.0);
+    x = 5.0;
+    y = 5.0;
+    EXPECT_TRUE(squared.Transformation(x, y));
+    EXPECT_EQ(x, 5.0);
+
+    LmSmarterPtr<FixedPrecision> zero(new FixedPrecision(0.0));
+    LmConverseCoordinateTransformation unusable(forward, zero, 1.0);
+    x = 5.0;
+    EXPECT_TRUE(unusable.Transformation(x, y));
+    EXPECT_EQ(x, 5.0);
+}
+
+TEST(Converse, ParallelBatchMatchesPointByPoint) {
+    const int previousThreads = omp_get_max_threads();
+    omp_set_num_threads(4);
+    const double elements[6] = {0.9998, 0.0123, -0.0121, 1.0003, 25.75, -130.5};
+    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(elements));
+    LmSmarterPtr<FixedPrecision> precision(new FixedPrecision(1e-9));
+    LmConverseCoordinateTransformation converse(forward, precision, 0.0);
+    const int count = 999;
+    std::vector<double> xyz;
+    for (int i = 0; i < count; ++i) {
+        xyz.push_back(500000.0 + 13.7 * i);
+        xyz.push_back(3500000.0 - 7.9 * i);
+        xyz.push_back(-i);
+    }
+    std::vector<double> batch = xyz;
+    EXPECT_TRUE(converse.Transformation(batch.data(), count, 3));
+    omp_set_num_threads(previousThreads);
+    EXPECT_EQ(precision->calls.load(), count);
+
+    for (int i = 0; i < count; ++i) {
+        double x = xyz[3 * i], y = xyz[3 * i + 1];
+        converse.Transformation(x, y);
+        ASSERT_EQ(batch[3 * i], x) << i;
+        ASSERT_EQ(batch[3 * i + 1], y) << i;
+        ASSERT_EQ(batch[3 * i + 2], -i) << i;
+        double image[2];
+        forward->Transformation(&batch[3 * i], 1, 2, image);
+        ASSERT_LE(std::hypot(image[0] - xyz[3 * i], image[1] - xyz[3 * i + 1]), 1e-9) << i;
+    }
+}
+
+TEST(Converse, HoldsItsReferencesUntilItDies) {
+    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(1.0, 1.0));
+    LmSmarterPtr<FixedPrecision> precision(new FixedPrecision(1.0));
+    {
+        LmSmarterPtr<LmConverseCoordinateTransformation> converse(
+            new LmConverseCoordinateTransformation(forward, precision, 0.0));
+        EXPECT_EQ(forward->RefCount(), 2);
+        EXPECT_EQ(precision->RefCount(), 2);
+    }
+    EXPECT_EQ(forward->RefCount(), 1);
+    EXPECT_EQ(precision->RefCount(), 1);
+}

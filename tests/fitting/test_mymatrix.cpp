@@ -1,0 +1,76 @@
+#include <lmspatialreference/fitting.h>
+
+#include <gtest/gtest.h>
+
+using Lumora::Kernel::MyMatrix;
+
+namespace {
+
+MyMatrix _matrix(int rows, int cols, std::initializer_list<double> values) {
+    MyMatrix m(rows, cols);
+    m.setdata(values.begin(), static_cast<int>(values.size()));
+    return m;
+}
+
+}  // namespace
+
+TEST(MyMatrix, ProductSumsRowsByColumns) {
+    MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
+    MyMatrix b = _matrix(3, 2, {7, 8, 9, 10, 11, 12});
+    MyMatrix c = a * b;
+    ASSERT_EQ(c.rows, 2);
+    ASSERT_EQ(c.cols, 2);
+    EXPECT_EQ(c.getxy(0, 0), 58.0);
+    EXPECT_EQ(c.getxy(0, 1), 64.0);
+    EXPECT_EQ(c.getxy(1, 0), 139.0);
+    EXPECT_EQ(c.getxy(1, 1), 154.0);
+}
+
+TEST(MyMatrix, MismatchedProductIsAZeroMatrix) {
+    MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
+    MyMatrix b = _matrix(2, 3, {1, 1, 1, 1, 1, 1});
+    MyMatrix c = a * b;
+    ASSERT_EQ(c.rows, 2);
+    ASSERT_EQ(c.cols, 3);
+    for (int k = 0; k < 6; ++k) EXPECT_EQ(c.data[k], 0.0);
+}
+
+TEST(MyMatrix, TranspoteSwapsIndices) {
+    MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
+    MyMatrix t = a.transpote();
+    ASSERT_EQ(t.rows, 3);
+    ASSERT_EQ(t.cols, 2);
+    for (int r = 0; r < 2; ++r)
+        for (int c = 0; c < 3; ++c) EXPECT_EQ(t.getxy(c, r), a.getxy(r, c));
+}
+
+TEST(MyMatrix, NormalEquationsOfALineFit) {
+    // Fit y = a + b x to (0, 1), (1, 3), (2, 5), (3, 7): exactly a = 1, b = 2.
+    MyMatrix design = _matrix(4, 2, {1, 0, 1, 1, 1, 2, 1, 3});
+    MyMatrix observed = _matrix(4, 1, {1, 3, 5, 7});
+    MyMatrix transposed = design.transpote();
+    MyMatrix normal = transposed * design;
+    MyMatrix inverse(2, 2);
+    normal.inverse(inverse);
+    MyMatrix solution = inverse * transposed * observed;
+    EXPECT_NEAR(solution.getxy(0, 0), 1.0, 1e-12);
+    EXPECT_NEAR(solution.getxy(1, 0), 2.0, 1e-12);
+}
+
+TEST(MyMatrix, CopiesAreDeep) {
+    MyMatrix a = _matrix(2, 2, {1, 2, 3, 4});
+    MyMatrix copy(a);
+    MyMatrix assigned;
+    MyMatrix returned = (assigned = a);
+    a.setxy(0, 0, 99.0);
+    for (const MyMatrix* m : {&copy, &assigned, &returned}) {
+        ASSERT_EQ(m->rows, 2);
+        ASSERT_EQ(m->cols, 2);
+        EXPECT_EQ(m->getxy(0, 0), 1.0);
+        EXPECT_EQ(m->getxy(1, 1), 4.0);
+    }
+    EXPECT_NE(returned.data, assigned.data);
+
+    assigned = assigned;
+    EXPECT_EQ(assigned.getxy(1, 0), 3.0);
+}
