@@ -1,0 +1,173 @@
+#include <lmspatialreference/spatialreference.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using namespace Lumora::Kernel;
+
+namespace {
+
+const char* const kWgs84 =
+    R"(GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137,298.257223563]],)"
+    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])";
+const char* const kCgcs2000 =
+    R"(GEOGCS["CGCS2000",DATUM["D_CGCS_2000",SPHEROID["CGCS_2000",6378137,298.257222101]],)"
+    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])";
+const char* const kWebMercator =
+    R"x(PROJCS["Mercator (1SP) (Web墨卡托投影)",GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",)x"
+    R"x(SPHEROID["WGS_1984",6378137,298.257223563],TOWGS84[0,0,0,0,0,0,0]],PRIMEM["Greenwich",0],)x"
+    R"x(UNIT["degree",0.0174532925199433]],PROJECTION["Mercator_1SP"],PARAMETER["latitude_of_origin",0],)x"
+    R"x(PARAMETER["central_meridian",0],PARAMETER["scale_factor",1],PARAMETER["false_easting",0],)x"
+    R"x(PARAMETER["false_northing",0],UNIT["Meter",1],EXTENSION["PROJ4","+proj=merc +a=6378137 )x"
+    R"x(+b=6378137 +lat_ts=0.0 +lon_0=0.0 +x_0=0.0 +y_0=0 +k=1.0 +units=m +nadgrids=@null +wktext +no_defs"]])x";
+
+const char* const kUtm50 =
+    R"(PROJCS["WGS 84 / UTM zone 50N",GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
+    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],)"
+    R"(PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",117],PARAMETER["scale_factor",0.9996],)"
+    R"(PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1]])";
+
+TEST(WellKnownReference, ExportsItsTableTextByteForByte) {
+    EXPECT_STREQ(LmSpatialReference(eWGS84).ExportToWKT(false).c_str(), kWgs84);
+    EXPECT_STREQ(LmSpatialReference(eCGCS2000).ExportToWKT(false).c_str(), kCgcs2000);
+    EXPECT_STREQ(LmSpatialReference(eWebMercator).ExportToWKT(false).c_str(), kWebMercator);
+    // The Chinese part of the name is the UTF-8 of 墨卡托投影 (U+58A8 U+5361 U+6258 U+6295 U+5F71).
+    EXPECT_NE(std::strstr(kWebMercator, "(Web\xE5\xA2\xA8\xE5\x8D\xA1\xE6\x89\x98\xE6\x8A\x95\xE5\xBD\xB1)"),
+              nullptr);
+}
+
+TEST(WellKnownReference, KindsAndEllipsoids) {
+    LmSpatialReference wgs84(eWGS84), cgcs2000(eCGCS2000), webMercator(eWebMercator);
+    EXPECT_TRUE(wgs84.IsGeographic());
+    EXPECT_TRUE(cgcs2000.IsGeographic());
+    EXPECT_TRUE(webMercator.IsProjected());
+    EXPECT_DOUBLE_EQ(cgcs2000.FlattenInverseF(), 298.257222101);
+    EXPECT_EQ(webMercator.Projection(), "Mercator_1SP");
+    EXPECT_EQ(webMercator.Name(), "Mercator (1SP) (Web墨卡托投影)");
+}
+
+TEST(WellKnownReference, UnknownValueSaysWktIsNullOnStandardOutput) {
+    testing::internal::CaptureStdout();
+    LmSpatialReference unknown(static_cast<LmWellKnownSpatialReference>(3));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "wkt is null\n");
+    EXPECT_TRUE(unknown.IsNull());
+}
+
+TEST(TextReference, NullAndEmptyTextsAndUnknownFormatsGiveNullReferences) {
+    EXPECT_TRUE(LmSpatialReference(nullptr, eWKT).IsNull());
+    EXPECT_TRUE(LmSpatialReference("", eWKT).IsNull());
+    EXPECT_TRUE(LmSpatialReference("", eXML).IsNull());
+    EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(6)).IsNull());
+    EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(-1)).IsNull());
+}
+
+TEST(TextReference, RefusedWktIsNullAndSilent) {
+    testing::internal::CaptureStderr();
+    LmSpatialReference refused("GEOGCS[\"broken\",DATUM[", eWKT);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_TRUE(refused.IsNull());
+    EXPECT_EQ(refused.ExportToWKT(false), "");
+}
+
+TEST(TextReference, WktFormatsKeepTheSourceTextUnchanged) {
+    for (LmSpatialReferenceFormat format : {eWKT, eWKTOther, eAutoDetect}) {
+        LmSpatialReference utm(kUtm50, format);
+        ASSERT_FALSE(utm.IsNull()) << format;
+        EXPECT_STREQ(utm.ExportToWKT(false).c_str(), kUtm50) << format;
+    }
+}
+
+TEST(TextReference, Proj4AndXmlAreNotCachedButExportedOnFirstRequest) {
+    LmSpatialReference proj4("+proj=utm +zone=50 +datum=WGS84 +units=m +no_defs", eProj4);
+    ASSERT_TRUE(proj4.IsProjected());
+    const LmString exported = proj4.ExportToWKT(false);
+    EXPECT_EQ(exported.rfind("PROJCS[", 0), 0u);
+    EXPECT_NE(exported.find("\"central_meridian\",117"), std::string::npos);
+    EXPECT_EQ(proj4.ExportToWKT(false), exported);
+
+    LmSpatialReference xml(LmSpatialReference(eCGCS2000).ExportToXml().c_str(), eXML);
+    ASSERT_TRUE(xml.IsGeographic());
+    EXPECT_DOUBLE_EQ(xml.FlattenInverseF(), 298.257222101);
+}
+
+TEST(TextReference, FailedImportLeavesAnEmptyButNonNullReference) {
+    testing::internal::CaptureStderr();
+    LmSpatialReference xml("<not a crs/>", eXML);
+    LmSpatialReference proj4("+proj=nonsense", eProj4);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_FALSE(xml.IsNull());
+    EXPECT_FALSE(proj4.IsNull());
+    EXPECT_FALSE(xml.IsGeographic() || xml.IsProjected());
+}
+
+TEST(TextReference, LegacyParameterFormatIsNotReadAsWkt) {
+    EXPECT_TRUE(LmSpatialReference(kWgs84, eLegacyParameters).IsNull());
+}
+
+TEST(TextReference, PrettyWktIsIndentedAndNeverCached) {
+    LmSpatialReference utm(kUtm50, eWKT);
+    const LmString pretty = utm.ExportToWKT(true);
+    EXPECT_NE(pretty.find("\n    GEOGCS["), std::string::npos);
+    EXPECT_STREQ(utm.ExportToWKT(false).c_str(), kUtm50);
+}
+
+TEST(TextReference, Proj4AndXmlExports) {
+    LmSpatialReference utm(kUtm50, eWKT);
+    const LmString proj4 = utm.ExportToProj4();
+    EXPECT_NE(proj4.find("+proj=utm"), std::string::npos);
+    EXPECT_NE(proj4.find("+zone=50"), std::string::npos);
+    EXPECT_NE(utm.ExportToXml().find("<gml:ProjectedCRS"), std::string::npos);
+}
+
+TEST(Clone, OfAWktReferenceKeepsTextAndName) {
+    LmSpatialReference utm(kUtm50, eWKT);
+    utm.Name("site grid");
+    LmSmarterPtr<LmSpatialReference> clone = utm.Clone();
+    EXPECT_STREQ(clone->ExportToWKT(false).c_str(), kUtm50);
+    EXPECT_EQ(clone->Name(), "site grid");
+    EXPECT_NE(clone->Handle(), utm.Handle());
+    EXPECT_TRUE(clone->IsSame(&utm));
+}
+
+TEST(Clone, IsMadeFromTheCachedTextOnly) {
+    LmSpatialReference xml(LmSpatialReference(eWGS84).ExportToXml().c_str(), eXML);
+    xml.Name("from xml");
+    LmSmarterPtr<LmSpatialReference> clone = xml.Clone();
+    EXPECT_TRUE(clone->IsNull());
+    EXPECT_EQ(clone->Name(), "from xml");
+
+    xml.ExportToWKT(false);
+    clone = xml.Clone();
+    EXPECT_TRUE(clone->IsGeographic());
+    EXPECT_TRUE(clone->IsSame(&xml));
+}
+
+TEST(Geographic, OfAGeographicReferenceIsTheSameObject) {
+    LmSmarterPtr<LmSpatialReference> wgs84(new LmSpatialReference(eWGS84));
+    LmSmarterPtr<LmSpatialReference> geographic = wgs84->Geographic();
+    EXPECT_EQ(static_cast<LmSpatialReference*>(geographic), static_cast<LmSpatialReference*>(wgs84));
+    EXPECT_EQ(wgs84->RefCount(), 2);
+}
+
+TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
+    LmSpatialReference utm(kUtm50, eWKT);
+    LmSmarterPtr<LmSpatialReference> geographic = utm.Geographic();
+    ASSERT_TRUE(geographic);
+    EXPECT_TRUE(geographic->IsGeographic());
+    EXPECT_EQ(geographic->Name(), "WGS 84");
+    EXPECT_EQ(geographic->ExportToWKT(false).rfind("GEOGCS[\"WGS 84\"", 0), 0u);
+    EXPECT_DOUBLE_EQ(geographic->FlattenInverseF(), 298.257223563);
+}
+
+TEST(Geographic, IsNullWithoutAGeographicCs) {
+    LmSpatialReference local(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Meter",1],)"
+                             R"(AXIS["X",EAST],AXIS["Y",NORTH]])",
+                             eWKT);
+    ASSERT_TRUE(local.IsLocalCS());
+    EXPECT_FALSE(local.Geographic());
+    LmSpatialReference null(nullptr, eWKT);
+    EXPECT_FALSE(null.Geographic());
+}
+
+}  // namespace
