@@ -9,7 +9,13 @@
 #ifndef LMSPATIALREFERENCE_COORDINATETRANSFORMATION_H
 #define LMSPATIALREFERENCE_COORDINATETRANSFORMATION_H
 
+#include <lmspatialreference/spatialreference.h>
 #include <lmspatialreference/utility.h>
+
+#include <cstdint>
+#include <vector>
+
+class OGRCoordinateTransformation;
 
 namespace Lumora {
 namespace Kernel {
@@ -52,6 +58,68 @@ private:
 class LmCoordinatePrecision : public LmRefObject {
 public:
     virtual double PointPrecision(double x, double y, double defaultTolerance) = 0;
+};
+
+// Moves coordinates from one spatial reference to another (projection,
+// unprojection, datum change) through a GDAL coordinate transformation built
+// from the two references. Batches run point by point, serially or, when the
+// configuration switch SpatialReference/ProjectCoordinateTransformation/
+// Parallel is on at construction, in contiguous blocks on several threads.
+class LmProjectCoordinateTransformation : public LmCoordinateTransformation {
+public:
+    LmProjectCoordinateTransformation(LmSpatialReference* source, LmSpatialReference* target);
+    ~LmProjectCoordinateTransformation() override;
+    LmProjectCoordinateTransformation(const LmProjectCoordinateTransformation&) = delete;
+    LmProjectCoordinateTransformation& operator=(const LmProjectCoordinateTransformation&) = delete;
+
+    LmSpatialReference* Source() const;
+    LmSpatialReference* Target() const;
+    // Each setter rebuilds the GDAL transformation at once, as a plain one:
+    // datum-shift parameters of a derived class are dropped until set again.
+    void Source(LmSpatialReference* source);
+    void Target(LmSpatialReference* target);
+    void CreateHandle();
+
+    using LmCoordinateTransformation::Transformation;
+    // True exactly when every point succeeded (so a batch of 0 points is true
+    // and a negative count false). A point GDAL refuses is left as GDAL left
+    // it; the others are still transformed. Nothing is printed.
+    bool Transformation(double* x, double* y, double* z, int count, int step) override;
+
+protected:
+    // Destroys the current GDAL transformation and takes ownership of another.
+    void ResetHandle(OGRCoordinateTransformation* handle);
+
+    OGRCoordinateTransformation* m_pHandle;
+    bool m_bParallel;
+    LmSmarterPtr<LmSpatialReference> m_pSource;
+    LmSmarterPtr<LmSpatialReference> m_pTarget;
+};
+
+// How datum-shift parameters are applied. Translations are in metres,
+// rotations in arc-seconds and the scale change in parts per million.
+enum LmCoordinateTransformationMethod : std::int32_t {
+    ePositionVector7Parameter = 0,         // dx, dy, dz, rx, ry, rz, scale
+    eCoordinateFrame7Parameter = 1,        // the same with the rotations' signs reversed
+    eGeocentricTranslation3Parameter = 2,  // dx, dy, dz
+};
+
+// A projection transformation with explicit datum-shift parameters (in the
+// TOWGS84 form) applied to the source reference. An unknown method or a null
+// parameter array leaves the plain projection transformation in place.
+class LmParameterProjectCoordinateTransformation : public LmProjectCoordinateTransformation {
+public:
+    LmParameterProjectCoordinateTransformation(LmSpatialReference* source, LmSpatialReference* target,
+                                               LmCoordinateTransformationMethod method, const double* parameters);
+
+    LmCoordinateTransformationMethod Method() const;
+    // Reads 7 values for the seven-parameter methods and 3 for the
+    // three-parameter one, and rebuilds the GDAL transformation with them.
+    void Parameter(LmCoordinateTransformationMethod method, const double* parameters);
+
+private:
+    std::vector<double> m_vecParameters;
+    LmCoordinateTransformationMethod m_eMethod;
 };
 
 }  // namespace Kernel

@@ -1,0 +1,99 @@
+#include <lmspatialreference/coordinatetransformation.h>
+
+#include "coordinatetransformation/parallelbatch.h"
+#include "spatialreference/ogrsupport.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace Lumora {
+namespace Kernel {
+
+namespace {
+
+struct _DestroyCoordinateTransformation {
+    void operator()(OGRCoordinateTransformation* handle) const { OGRCoordinateTransformation::DestroyCT(handle); }
+};
+
+using _OwnedHandle = std::unique_ptr<OGRCoordinateTransformation, _DestroyCoordinateTransformation>;
+
+// Transforms the points [begin, end) one GDAL call each and counts the
+// successes. GDAL's reports about refused points are silenced: the count is
+// the caller's only news of them.
+int _TransformBlock(OGRCoordinateTransformation* handle, double* x, double* y, double* z, int begin, int end,
+                    int step) {
+    LmQuietGdalErrors quiet;
+    int successes = 0;
+    for (int i = begin; i < end; ++i) {
+        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(i) * step;
+        int success = FALSE;
+        handle->Transform(1, x + at, y + at, z ? z + at : nullptr, nullptr, &success);
+        if (success) ++successes;
+    }
+    return successes;
+}
+
+}  // namespace
+
+LmProjectCoordinateTransformation::LmProjectCoordinateTransformation(LmSpatialReference* source,
+                                                                     LmSpatialReference* target)
+    : m_pHandle(nullptr),
+      m_bParallel(Utility::LmGlobeConfig::Instance()["SpatialReference"]["ProjectCoordinateTransformation"]
+                      ["Parallel"]
+                          .BoolValue(false)),
+      m_pSource(source),
+      m_pTarget(target) {
+    CreateHandle();
+}
+
+LmProjectCoordinateTransformation::~LmProjectCoordinateTransformation() { ResetHandle(nullptr); }
+
+LmSpatialReference* LmProjectCoordinateTransformation::Source() const { return m_pSource; }
+
+LmSpatialReference* LmProjectCoordinateTransformation::Target() const { return m_pTarget; }
+
+void LmProjectCoordinateTransformation::Source(LmSpatialReference* source) {
+    m_pSource = source;
+    CreateHandle();
+}
+
+void LmProjectCoordinateTransformation::Target(LmSpatialReference* target) {
+    m_pTarget = target;
+    CreateHandle();
+}
+
+void LmProjectCoordinateTransformation::ResetHandle(OGRCoordinateTransformation* handle) {
+    if (m_pHandle != nullptr) OGRCoordinateTransformation::DestroyCT(m_pHandle);
+    m_pHandle = handle;
+}
+
+void LmProjectCoordinateTransformation::CreateHandle() {
+    ResetHandle(nullptr);
+    if (!m_pSource || !m_pTarget) return;
+    OGRSpatialReference* source = m_pSource->Handle();
+    OGRSpatialReference* target = m_pTarget->Handle();
+    if (source == nullptr || target == nullptr) return;
+    LmQuietGdalErrors quiet;
+    ResetHandle(OGRCreateCoordinateTransformation(source, target));
+}
+
+bool LmProjectCoordinateTransformation::Transformation(double* x, double* y, double* z, int count, int step) {
+    if (m_pHandle == nullptr) return false;
+    if (!m_bParallel || count <= 1) return _TransformBlock(m_pHandle, x, y, z, 0, count, step) == count;
+
+    // A GDAL 3 transformation must not be used by several threads at once,
+    // so every thread works on its own copy.
+    const OGRCoordinateTransformation* shared = m_pHandle;
+    const int successes = ParallelSum<int>(count, [=](int begin, int end) {
+        _OwnedHandle own;
+        {
+            LmQuietGdalErrors quiet;
+            own.reset(shared->Clone());
+        }
+        return own ? _TransformBlock(own.get(), x, y, z, begin, end, step) : 0;
+    });
+    return successes == count;
+}
+
+}  // namespace Kernel
+}  // namespace Lumora
