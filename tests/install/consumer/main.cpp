@@ -1,27 +1,24 @@
-// A program that uses the installed library the way an application would.
+// A program that uses the installed library the way an application would:
+// one WGS 84 point projected to Web Mercator.
 #include <lmspatialreference/lmspatialreference.h>
 
+#include <cmath>
 #include <cstdio>
 
 using namespace Lumora::Kernel;
 
-namespace {
-
-class Shift : public LmCoordinateTransformation {
-public:
-    bool Transformation(double* x, double* y, double*, int count, int step) override {
-        for (int i = 0; i < count; ++i) x[i * step] += 1, y[i * step] += 2;
-        return true;
-    }
-};
-
-}  // namespace
-
 int main() {
-    LmSmarterPtr<LmCoordinateTransformation> shift(new Shift);
-    const double source[4] = {1, 1, 2, 2};
-    double target[4];
-    const bool ok = shift->Transformation(source, 2, 2, target) && target[3] == 4;
-    std::printf("consumer: %s\n", ok ? "ok" : "FAILED");
+    LmSmarterPtr<LmSpatialReference> wgs84(new LmSpatialReference(eWGS84));
+    LmSmarterPtr<LmSpatialReference> webMercator(new LmSpatialReference(eWebMercator));
+    LmProjectCoordinateTransformation projection(wgs84, webMercator);
+
+    double x = 116.391, y = 39.907;
+    const bool projected = projection.Transformation(x, y);
+    // Spherical Mercator: x = R * lon, y = R * ln tan(pi/4 + lat/2).
+    const double radius = 6378137.0, toRadians = 3.141592653589793 / 180.0;
+    const double expectedX = radius * 116.391 * toRadians;
+    const double expectedY = radius * std::log(std::tan(3.141592653589793 / 4.0 + 39.907 * toRadians / 2.0));
+    const bool ok = projected && std::fabs(x - expectedX) < 1e-6 && std::fabs(y - expectedY) < 1e-6;
+    std::printf("consumer: (116.391, 39.907) -> (%.3f, %.3f) %s\n", x, y, ok ? "ok" : "FAILED");
     return ok ? 0 : 1;
 }
