@@ -4,18 +4,11 @@
 #include "spatialreference/ogrsupport.h"
 
 #include <cstddef>
-#include <memory>
 
 namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-struct _DestroyCoordinateTransformation {
-    void operator()(OGRCoordinateTransformation* handle) const { OGRCoordinateTransformation::DestroyCT(handle); }
-};
-
-using _OwnedHandle = std::unique_ptr<OGRCoordinateTransformation, _DestroyCoordinateTransformation>;
 
 // Transforms the points [begin, end) one GDAL call each and counts the
 // successes. GDAL's reports about refused points are silenced: the count is
@@ -85,7 +78,7 @@ bool LmProjectCoordinateTransformation::Transformation(double* x, double* y, dou
     // so every thread works on its own copy.
     const OGRCoordinateTransformation* shared = m_pHandle;
     const int successes = ParallelSum<int>(count, [=](int begin, int end) {
-        _OwnedHandle own;
+        LmOwnedCoordinateTransformation own;
         {
             LmQuietGdalErrors quiet;
             own.reset(shared->Clone());

@@ -3,11 +3,12 @@
 #ifndef LMSPATIALREFERENCE_TESTS_PROJECTION_FIXTURES_H
 #define LMSPATIALREFERENCE_TESTS_PROJECTION_FIXTURES_H
 
+#include "teamsize.h"
+
 #include <lmspatialreference/coordinatetransformation.h>
 
 #include <cpl_conv.h>
 #include <ogr_spatialref.h>
-#include <omp.h>
 
 #include <cmath>
 
@@ -48,16 +49,6 @@ public:
 
 private:
     static constexpr const char* kKey = "SpatialReference/ProjectCoordinateTransformation/Parallel";
-};
-
-// Sets the OpenMP team size for a test and restores it afterwards.
-class TeamSize {
-public:
-    explicit TeamSize(int threads) : m_previous(omp_get_max_threads()) { omp_set_num_threads(threads); }
-    ~TeamSize() { omp_set_num_threads(m_previous); }
-
-private:
-    int m_previous;
 };
 
 inline double Radians(double degrees) { return degrees * kPi / 180.0; }

@@ -1,4 +1,5 @@
 #include "coordinatetransformation/parallelbatch.h"
+#include "teamsize.h"
 
 #include <gtest/gtest.h>
 
@@ -8,16 +9,6 @@
 using namespace Lumora::Kernel;
 
 namespace {
-
-// Restores the default team size after a test that changes it.
-class TeamSize {
-public:
-    explicit TeamSize(int threads) : m_previous(omp_get_max_threads()) { omp_set_num_threads(threads); }
-    ~TeamSize() { omp_set_num_threads(m_previous); }
-
-private:
-    int m_previous;
-};
 
 TEST(PointBlockOfThread, FirstThreadsTakeOneMorePoint) {
     // 10 points over 4 threads: 3, 3, 2, 2.

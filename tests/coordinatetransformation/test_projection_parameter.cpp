@@ -32,17 +32,23 @@ Shifted Apply(LmCoordinateTransformation& transformation, double lon, double lat
     return {lon, lat};
 }
 
+// Compares a transformation from a geographic source with the closed form of
+// a position vector shift, to a millimetre.
+void ExpectHelmert(LmCoordinateTransformation& transformation, double sourceA, double sourceInverseF,
+                   const double parameters[7], double lon, double lat) {
+    double expectedLon = lon, expectedLat = lat;
+    ExpectedShift(sourceA, sourceInverseF, parameters, expectedLon, expectedLat);
+    const Shifted result = Apply(transformation, lon, lat);
+    EXPECT_NEAR(result.lon, expectedLon, 1e-8) << lon << ", " << lat;
+    EXPECT_NEAR(result.lat, expectedLat, 1e-8) << lon << ", " << lat;
+}
+
 TEST(ParameterProjection, PositionVectorMatchesTheHelmertClosedForm) {
     LmParameterProjectCoordinateTransformation shift(Reference(kBeijing1954), Reference(eWGS84),
                                                      ePositionVector7Parameter, kShift);
     EXPECT_EQ(shift.Method(), ePositionVector7Parameter);
-    for (const Shifted point : {Shifted{116.4, 39.9}, Shifted{87.6, 43.8}, Shifted{121.5, 25.0}}) {
-        double lon = point.lon, lat = point.lat;
-        ExpectedShift(kKrassowskyA, kKrassowskyInverseF, kShift, lon, lat);
-        const Shifted result = Apply(shift, point.lon, point.lat);
-        EXPECT_NEAR(result.lon, lon, 1e-8);
-        EXPECT_NEAR(result.lat, lat, 1e-8);
-    }
+    for (const Shifted point : {Shifted{116.4, 39.9}, Shifted{87.6, 43.8}, Shifted{121.5, 25.0}})
+        ExpectHelmert(shift, kKrassowskyA, kKrassowskyInverseF, kShift, point.lon, point.lat);
 }
 
 TEST(ParameterProjection, CoordinateFrameReversesTheRotations) {
@@ -68,11 +74,7 @@ TEST(ParameterProjection, ThreeParametersTranslateOnly) {
     LmParameterProjectCoordinateTransformation shift(Reference(kBeijing1954), Reference(eWGS84),
                                                      eGeocentricTranslation3Parameter, translation);
     const double expectedParameters[7] = {-12.3, -118.6, -35.4, 0, 0, 0, 0};
-    double lon = 116.4, lat = 39.9;
-    ExpectedShift(kKrassowskyA, kKrassowskyInverseF, expectedParameters, lon, lat);
-    const Shifted result = Apply(shift, 116.4, 39.9);
-    EXPECT_NEAR(result.lon, lon, 1e-8);
-    EXPECT_NEAR(result.lat, lat, 1e-8);
+    ExpectHelmert(shift, kKrassowskyA, kKrassowskyInverseF, expectedParameters, 116.4, 39.9);
 }
 
 TEST(ParameterProjection, ShiftAppliesToProjectedTargets) {
@@ -102,11 +104,7 @@ TEST(ParameterProjection, ShiftAppliesToReferencesWithAnEpsgCode) {
     CPLSetThreadLocalConfigOption("OGR_CT_PREFER_OFFICIAL_SRS_DEF", nullptr);
 
     const double expectedParameters[7] = {15.8, -154.4, -82.3, 0, 0, 0, 0};
-    double lon = 116.4, lat = 39.9;
-    ExpectedShift(kKrassowskyA, kKrassowskyInverseF, expectedParameters, lon, lat);
-    const Shifted result = Apply(shift, 116.4, 39.9);
-    EXPECT_NEAR(result.lon, lon, 1e-8);
-    EXPECT_NEAR(result.lat, lat, 1e-8);
+    ExpectHelmert(shift, kKrassowskyA, kKrassowskyInverseF, expectedParameters, 116.4, 39.9);
 }
 
 TEST(ParameterProjection, UnknownMethodsAndMissingParametersLeaveThePlainTransformation) {
