@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <vector>
 
 using namespace ProjectionTests;
@@ -89,6 +90,27 @@ TEST(ProjectionParallel, EmptyAndNegativeBatches) {
     EXPECT_TRUE(modes.parallel->Transformation(xy, xy + 1, nullptr, 0, 2));
     EXPECT_FALSE(modes.parallel->Transformation(xy, xy + 1, nullptr, -5, 2));
     EXPECT_EQ(xy[0], 117.0);
+}
+
+TEST(ProjectionParallel, CallersMayShareOneObjectInEitherMode) {
+    Modes modes;
+    TeamSize team(2);
+    const int count = 2000;
+    std::vector<double> expected = Points(count, 2, -1);
+    ASSERT_TRUE(RunBatch(*modes.serial, expected, count, 2));
+    for (LmCoordinateTransformation* shared : {static_cast<LmCoordinateTransformation*>(modes.serial),
+                                               static_cast<LmCoordinateTransformation*>(modes.parallel)}) {
+        std::vector<std::vector<double>> results(4, Points(count, 2, -1));
+        std::vector<int> succeeded(results.size(), 0);
+        std::vector<std::thread> callers;
+        for (std::size_t c = 0; c < results.size(); ++c)
+            callers.emplace_back([&, c] { succeeded[c] = RunBatch(*shared, results[c], count, 2); });
+        for (std::thread& caller : callers) caller.join();
+        for (std::size_t c = 0; c < results.size(); ++c) {
+            EXPECT_TRUE(succeeded[c]);
+            EXPECT_EQ(results[c], expected);
+        }
+    }
 }
 
 }  // namespace
