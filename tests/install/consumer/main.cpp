@@ -10,10 +10,10 @@ using namespace Lumora::Kernel;
 int main() {
     LmSmarterPtr<LmSpatialReference> wgs84(new LmSpatialReference(eWGS84));
     LmSmarterPtr<LmSpatialReference> webMercator(new LmSpatialReference(eWebMercator));
-    LmProjectCoordinateTransformation projection(wgs84, webMercator);
+    LmSmarterPtr<LmCoordinateTransformation> projection(new LmProjectCoordinateTransformation(wgs84, webMercator));
 
     double x = 116.391, y = 39.907;
-    const bool projected = projection.Transformation(x, y);
+    const bool projected = projection->Transformation(x, y);
     // Spherical Mercator: x = R * lon, y = R * ln tan(pi/4 + lat/2).
     const double radius = 6378137.0, toRadians = 3.141592653589793 / 180.0;
     const double expectedX = radius * 116.391 * toRadians;
