@@ -2,18 +2,10 @@
 
 #include "spatialreference/ogrsupport.h"
 
-#include <memory>
-
 namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-struct _DestroySpatialReference {
-    void operator()(OGRSpatialReference* srs) const { OGRSpatialReference::DestroySpatialReference(srs); }
-};
-
-using _OwnedReference = std::unique_ptr<OGRSpatialReference, _DestroySpatialReference>;
 
 int _ParameterCount(LmCoordinateTransformationMethod method) {
     switch (method) {
@@ -26,8 +18,8 @@ int _ParameterCount(LmCoordinateTransformationMethod method) {
 
 // A copy of a reference for GDAL to keep: the caller's references are never
 // modified.
-_OwnedReference _CloneForShift(const OGRSpatialReference* srs) {
-    return _OwnedReference(WithGisAxisOrder(srs->Clone()));
+LmOwnedSpatialReference _CloneForShift(const OGRSpatialReference* srs) {
+    return LmOwnedSpatialReference(WithGisAxisOrder(srs->Clone()));
 }
 
 }  // namespace
@@ -54,8 +46,8 @@ void LmParameterProjectCoordinateTransformation::Parameter(LmCoordinateTransform
     if (sourceHandle == nullptr || targetHandle == nullptr) return;
 
     LmQuietGdalErrors quiet;
-    const _OwnedReference source = _CloneForShift(sourceHandle);
-    const _OwnedReference target = _CloneForShift(targetHandle);
+    const LmOwnedSpatialReference source = _CloneForShift(sourceHandle);
+    const LmOwnedSpatialReference target = _CloneForShift(targetHandle);
     if (!source || !target) return;
     const std::vector<double>& p = m_vecParameters;
     if (p.size() == 7) {

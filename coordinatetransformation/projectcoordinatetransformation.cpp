@@ -4,18 +4,12 @@
 #include "spatialreference/ogrsupport.h"
 
 #include <cstddef>
-#include <memory>
+#include <mutex>
 
 namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-struct _DestroyCoordinateTransformation {
-    void operator()(OGRCoordinateTransformation* handle) const { OGRCoordinateTransformation::DestroyCT(handle); }
-};
-
-using _OwnedHandle = std::unique_ptr<OGRCoordinateTransformation, _DestroyCoordinateTransformation>;
 
 // Transforms the points [begin, end) one GDAL call each and counts the
 // successes. GDAL's reports about refused points are silenced: the count is
@@ -77,18 +71,23 @@ void LmProjectCoordinateTransformation::CreateHandle() {
     ResetHandle(OGRCreateCoordinateTransformation(source, target));
 }
 
+// A GDAL 3 transformation must not be used by several threads at once. The
+// threads of a parallel batch each work on their own copy; callers sharing
+// one object take turns on the handle, for whole serial batches and for the
+// copies.
 bool LmProjectCoordinateTransformation::Transformation(double* x, double* y, double* z, int count, int step) {
     if (m_pHandle == nullptr) return false;
-    if (!m_bParallel || count <= 1) return _TransformBlock(m_pHandle, x, y, z, 0, count, step) == count;
+    if (!m_bParallel || count <= 1) {
+        std::lock_guard<std::mutex> turn(m_handleTurn);
+        return _TransformBlock(m_pHandle, x, y, z, 0, count, step) == count;
+    }
 
-    // A GDAL 3 transformation must not be used by several threads at once,
-    // so every thread works on its own copy.
-    const OGRCoordinateTransformation* shared = m_pHandle;
-    const int successes = ParallelSum<int>(count, [=](int begin, int end) {
-        _OwnedHandle own;
+    const int successes = ParallelSum<int>(count, [this, x, y, z, step](int begin, int end) {
+        LmOwnedCoordinateTransformation own;
         {
+            std::lock_guard<std::mutex> turn(m_handleTurn);
             LmQuietGdalErrors quiet;
-            own.reset(shared->Clone());
+            own.reset(m_pHandle->Clone());
         }
         return own ? _TransformBlock(own.get(), x, y, z, begin, end, step) : 0;
     });

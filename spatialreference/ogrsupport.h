@@ -9,6 +9,7 @@
 #include <cpl_vsi.h>
 #include <ogr_spatialref.h>
 
+#include <memory>
 #include <string>
 
 namespace Lumora {
@@ -56,6 +57,17 @@ inline OGRSpatialReference* WithGisAxisOrder(OGRSpatialReference* srs) {
     if (srs != nullptr) srs->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     return srs;
 }
+
+struct LmDestroySpatialReference {
+    void operator()(OGRSpatialReference* srs) const { OGRSpatialReference::DestroySpatialReference(srs); }
+};
+struct LmDestroyCoordinateTransformation {
+    void operator()(OGRCoordinateTransformation* handle) const { OGRCoordinateTransformation::DestroyCT(handle); }
+};
+
+// OGR objects owned for a scope, destroyed the way GDAL requires.
+using LmOwnedSpatialReference = std::unique_ptr<OGRSpatialReference, LmDestroySpatialReference>;
+using LmOwnedCoordinateTransformation = std::unique_ptr<OGRCoordinateTransformation, LmDestroyCoordinateTransformation>;
 
 // Copies a text that OGR allocated and releases OGR's copy.
 inline Utility::LmString TakeOgrText(char* text) {

@@ -13,6 +13,7 @@
 #include <lmspatialreference/utility.h>
 
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
 class OGRCoordinateTransformation;
@@ -94,6 +95,10 @@ protected:
     bool m_bParallel;
     LmSmarterPtr<LmSpatialReference> m_pSource;
     LmSmarterPtr<LmSpatialReference> m_pTarget;
+
+private:
+    // Serialises the use of m_pHandle by callers that share this object.
+    std::mutex m_handleTurn;
 };
 
 // How datum-shift parameters are applied. Translations are in metres,

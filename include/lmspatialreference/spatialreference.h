@@ -20,7 +20,7 @@ using Utility::LmSmarterPtr;
 using Utility::LmString;
 
 // The definitions the library carries with it.
-enum LmWellKnownSpatialReference {
+enum LmWellKnownSpatialReference : int {
     eWGS84 = 0,
     eCGCS2000 = 1,
     eWebMercator = 2,
@@ -28,7 +28,7 @@ enum LmWellKnownSpatialReference {
 
 // How the text given to the text constructor is read; any other value yields
 // a null reference.
-enum LmSpatialReferenceFormat {
+enum LmSpatialReferenceFormat : int {
     eAutoDetect = 0,         // the legacy parameter text, falling back to WKT
     eWKT = 1,
     eXML = 2,                // GDAL's XML form
@@ -38,7 +38,7 @@ enum LmSpatialReferenceFormat {
 };
 
 // Units of measure, by their EPSG unit-of-measure codes.
-enum LmUnits {
+enum LmUnits : int {
     eMeter = 9001,
     eDegree = 9102,
     eKM = 9205,

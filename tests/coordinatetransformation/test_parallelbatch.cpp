@@ -1,4 +1,5 @@
 #include "coordinatetransformation/parallelbatch.h"
+#include "teamsize.h"
 
 #include "tests/teamsize.h"
 

@@ -49,7 +49,7 @@ TEST(WellKnownReference, KindsAndEllipsoids) {
 
 TEST(WellKnownReference, UnknownValueSaysWktIsNullOnStandardOutput) {
     testing::internal::CaptureStdout();
-    LmSpatialReference unknown(static_cast<LmWellKnownSpatialReference>(3));
+    LmSpatialReference unknown(static_cast<LmWellKnownSpatialReference>(7));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "wkt is null\n");
     EXPECT_TRUE(unknown.IsNull());
 }

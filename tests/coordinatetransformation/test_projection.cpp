@@ -1,0 +1,173 @@
+#include "projection_fixtures.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using namespace ProjectionTests;
+
+namespace {
+
+const double kK0 = 0.9996;
+
+// Central meridian of UTM zone 50 is 117 degrees east.
+void ExpectUtm50(double lon, double lat, double easting, double northing) {
+    if (lat == 0.0) {
+        EXPECT_NEAR(easting - 500000.0, EquatorEasting(kWgs84A, kWgs84InverseF, kK0, lon - 117.0), 1e-3);
+        EXPECT_NEAR(northing, 0.0, 1e-6);
+    } else {
+        ASSERT_EQ(lon, 117.0);
+        EXPECT_NEAR(easting, 500000.0, 1e-6);
+        EXPECT_NEAR(northing, kK0 * MeridianArc(kWgs84A, kWgs84InverseF, lat), 1e-3);
+    }
+}
+
+struct Source {
+    const char* label;
+    LmString text;
+    LmSpatialReferenceFormat format;
+};
+
+std::vector<Source> GeographicSources() {
+    return {
+        {"WKT with EPSG authority", EpsgWkt(4326), eWKT},
+        {"WKT without authority", LmSpatialReference(eWGS84).ExportToWKT(false), eWKT},
+        {"PROJ.4", "+proj=longlat +datum=WGS84 +no_defs", eProj4},
+        {"XML", LmSpatialReference(EpsgWkt(4326).c_str(), eWKT).ExportToXml(), eXML},
+    };
+}
+
+TEST(ProjectionAxisOrder, LongitudeComesFirstWhateverTheSourceFormat) {
+    auto utm = Reference(EpsgWkt(32650).c_str());
+    ASSERT_TRUE(utm->IsProjected());
+    for (const Source& source : GeographicSources()) {
+        SCOPED_TRACE(source.label);
+        auto geographic = Reference(source.text.c_str(), source.format);
+        ASSERT_TRUE(geographic->IsGeographic());
+        LmProjectCoordinateTransformation forward(geographic, utm);
+        double xy[4] = {117.0, 30.0, 120.0, 0.0};
+        ASSERT_TRUE(forward.Transformation(xy, 2, 2));
+        ExpectUtm50(117.0, 30.0, xy[0], xy[1]);
+        ExpectUtm50(120.0, 0.0, xy[2], xy[3]);
+
+        LmProjectCoordinateTransformation inverse(utm, geographic);
+        ASSERT_TRUE(inverse.Transformation(xy, 2, 2));
+        EXPECT_NEAR(xy[0], 117.0, 1e-9);
+        EXPECT_NEAR(xy[1], 30.0, 1e-9);
+        EXPECT_NEAR(xy[2], 120.0, 1e-9);
+        EXPECT_NEAR(xy[3], 0.0, 1e-9);
+    }
+}
+
+TEST(ProjectionAxisOrder, HoldsForClonesAndGeographicParts) {
+    auto epsg4326 = Reference(EpsgWkt(4326).c_str());
+    auto utm = Reference(EpsgWkt(32650).c_str());
+    LmSmarterPtr<LmSpatialReference> clone = epsg4326->Clone();
+    LmSmarterPtr<LmSpatialReference> geographicPart = utm->Geographic();
+    for (LmSpatialReference* geographic : {static_cast<LmSpatialReference*>(clone),
+                                           static_cast<LmSpatialReference*>(geographicPart)}) {
+        LmProjectCoordinateTransformation forward(geographic, utm);
+        double x = 117.0, y = 30.0;
+        ASSERT_TRUE(forward.Transformation(x, y));
+        ExpectUtm50(117.0, 30.0, x, y);
+    }
+}
+
+TEST(Projection, WebMercatorIsTheSphericalClosedForm) {
+    LmProjectCoordinateTransformation toWebMercator(Reference(eWGS84), Reference(eWebMercator));
+    const double points[][2] = {{0.0, 0.0}, {116.391, 39.907}, {-70.6, -33.45}, {179.9, 84.0}, {-180.0, -85.0}};
+    for (const auto& point : points) {
+        double x = point[0], y = point[1], expectedX, expectedY;
+        ASSERT_TRUE(toWebMercator.Transformation(x, y));
+        SphericalMercator(kWgs84A, point[0], point[1], expectedX, expectedY);
+        EXPECT_NEAR(x, expectedX, 1e-6) << point[0] << ", " << point[1];
+        EXPECT_NEAR(y, expectedY, 1e-6) << point[0] << ", " << point[1];
+    }
+}
+
+TEST(Projection, StepsAndHeights) {
+    LmProjectCoordinateTransformation toWebMercator(Reference(eWGS84), Reference(eWebMercator));
+    double expectedX[2], expectedY[2];
+    SphericalMercator(kWgs84A, 10.0, 20.0, expectedX[0], expectedY[0]);
+    SphericalMercator(kWgs84A, -30.0, -40.0, expectedX[1], expectedY[1]);
+
+    double x[2] = {10.0, -30.0}, y[2] = {20.0, -40.0};
+    ASSERT_TRUE(toWebMercator.Transformation(x, y, 2, 1));
+    double xyz[6] = {10.0, 20.0, 55.0, -30.0, -40.0, 66.0};
+    ASSERT_TRUE(toWebMercator.Transformation(xyz, 2, 3));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_NEAR(x[i], expectedX[i], 1e-6);
+        EXPECT_NEAR(y[i], expectedY[i], 1e-6);
+        EXPECT_NEAR(xyz[3 * i], expectedX[i], 1e-6);
+        EXPECT_NEAR(xyz[3 * i + 1], expectedY[i], 1e-6);
+    }
+    EXPECT_DOUBLE_EQ(xyz[2], 55.0);
+    EXPECT_DOUBLE_EQ(xyz[5], 66.0);
+}
+
+TEST(Projection, AFailingPointFailsTheBatchQuietlyAndSparesTheOthers) {
+    LmProjectCoordinateTransformation toWebMercator(Reference(eWGS84), Reference(eWebMercator));
+    double xy[6] = {10.0, 20.0, 0.0, 95.0, -30.0, -40.0};
+    testing::internal::CaptureStderr();
+    const bool ok = toWebMercator.Transformation(xy, 3, 2);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_FALSE(ok);
+    double expectedX, expectedY;
+    SphericalMercator(kWgs84A, 10.0, 20.0, expectedX, expectedY);
+    EXPECT_NEAR(xy[0], expectedX, 1e-6);
+    EXPECT_NEAR(xy[1], expectedY, 1e-6);
+    SphericalMercator(kWgs84A, -30.0, -40.0, expectedX, expectedY);
+    EXPECT_NEAR(xy[4], expectedX, 1e-6);
+    EXPECT_NEAR(xy[5], expectedY, 1e-6);
+
+    double x = 0.0, y = 95.0;
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(toWebMercator.Transformation(x, y));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(Projection, EmptyAndNegativeBatches) {
+    LmProjectCoordinateTransformation toWebMercator(Reference(eWGS84), Reference(eWebMercator));
+    double xy[2] = {10.0, 20.0};
+    EXPECT_TRUE(toWebMercator.Transformation(xy, xy + 1, nullptr, 0, 2));
+    EXPECT_FALSE(toWebMercator.Transformation(xy, xy + 1, nullptr, -1, 2));
+    EXPECT_EQ(xy[0], 10.0);
+    EXPECT_EQ(xy[1], 20.0);
+}
+
+TEST(Projection, WithoutBothReferencesNothingIsTransformed) {
+    auto wgs84 = Reference(eWGS84);
+    auto webMercator = Reference(eWebMercator);
+    auto refused = Reference("PROJCS[", eWKT);
+    double x = 10.0, y = 20.0;
+    LmProjectCoordinateTransformation noSource(nullptr, webMercator);
+    EXPECT_FALSE(noSource.Transformation(x, y));
+    LmProjectCoordinateTransformation nullSource(refused, webMercator);
+    EXPECT_FALSE(nullSource.Transformation(x, y));
+    LmProjectCoordinateTransformation noTarget(wgs84, nullptr);
+    EXPECT_FALSE(noTarget.Transformation(x, y));
+    EXPECT_EQ(x, 10.0);
+    EXPECT_EQ(y, 20.0);
+
+    noSource.Source(wgs84);
+    EXPECT_EQ(noSource.Source(), static_cast<LmSpatialReference*>(wgs84));
+    ASSERT_TRUE(noSource.Transformation(x, y));
+    double expectedX, expectedY;
+    SphericalMercator(kWgs84A, 10.0, 20.0, expectedX, expectedY);
+    EXPECT_NEAR(x, expectedX, 1e-6);
+    EXPECT_NEAR(y, expectedY, 1e-6);
+}
+
+TEST(Projection, ChangingTheTargetRebuildsTheTransformation) {
+    auto wgs84 = Reference(eWGS84);
+    LmProjectCoordinateTransformation projection(wgs84, Reference(eWebMercator));
+    projection.Target(Reference(EpsgWkt(32650).c_str()));
+    double x = 117.0, y = 30.0;
+    ASSERT_TRUE(projection.Transformation(x, y));
+    ExpectUtm50(117.0, 30.0, x, y);
+    EXPECT_EQ(wgs84->RefCount(), 2);
+    projection.Target(nullptr);
+    EXPECT_FALSE(projection.Transformation(x, y));
+}
+
+}  // namespace
