@@ -3,7 +3,7 @@
 #ifndef LMSPATIALREFERENCE_TESTS_PROJECTION_FIXTURES_H
 #define LMSPATIALREFERENCE_TESTS_PROJECTION_FIXTURES_H
 
-#include "teamsize.h"
+#include "tests/teamsize.h"
 
 #include <lmspatialreference/coordinatetransformation.h>
 

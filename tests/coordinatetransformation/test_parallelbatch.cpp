@@ -1,5 +1,4 @@
 #include "coordinatetransformation/parallelbatch.h"
-#include "teamsize.h"
 
 #include "tests/teamsize.h"
 
