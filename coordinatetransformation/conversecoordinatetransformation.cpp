@@ -14,7 +14,7 @@ LmConverseCoordinateTransformation::LmConverseCoordinateTransformation(LmCoordin
                                                                        double precision)
     : m_forward(forward), m_precisionObject(precisionObject), m_precision(precision) {}
 
-double LmConverseCoordinateTransformation::Precision() { return m_precision; }
+double LmConverseCoordinateTransformation::Precision() const { return m_precision; }
 
 void LmConverseCoordinateTransformation::Precision(double precision) { m_precision = precision; }
 

@@ -277,7 +277,7 @@ public:
     // squared distance as it is; a tolerance the precision object returns is
     // a distance and is squared. A caller wanting a distance d with no
     // precision object therefore stores d * d. Stored unchanged.
-    virtual double Precision();
+    virtual double Precision() const;
     virtual void Precision(double precision);
 
 private:
