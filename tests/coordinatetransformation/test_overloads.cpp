@@ -90,6 +90,11 @@ TEST(TransformationOverloads, CopyingFormLeavesTheSourceAlone) {
     EXPECT_EQ(recorder.calls.back().step, 2);
     EXPECT_EQ(target[0], 2);
     EXPECT_EQ(target[3], 6);
+
+    // The primitive's failure is reported after copying.
+    recorder.result = false;
+    EXPECT_FALSE(recorder.Transformation(source, 1, 2, target));
+    EXPECT_EQ(target[0], 2);
 }
 
 TEST(TransformationOverloads, CopyingFormUsesStepThreeForWideRecords) {
@@ -117,15 +122,6 @@ TEST(TransformationOverloads, CopyingFormRefusesBadArgumentsWithoutCopying) {
     EXPECT_FALSE(recorder.Transformation(source, 1 << 30, 4, target));  // more doubles than an int counts
     EXPECT_TRUE(recorder.calls.empty());
     EXPECT_EQ(target[0], 9);
-}
-
-TEST(TransformationOverloads, CopyingFormReportsThePrimitivesFailureAfterCopying) {
-    Recorder recorder;
-    recorder.result = false;
-    const double source[2] = {1, 2};
-    double target[2] = {};
-    EXPECT_FALSE(recorder.Transformation(source, 1, 2, target));
-    EXPECT_EQ(target[0], 2);
 }
 
 TEST(TransformationOverloads, ReverseFailsByDefaultButStillCopies) {

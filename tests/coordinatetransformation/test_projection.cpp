@@ -126,15 +126,6 @@ TEST(Projection, AFailingPointFailsTheBatchQuietlyAndSparesTheOthers) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(Projection, EmptyAndNegativeBatches) {
-    LmProjectCoordinateTransformation toWebMercator(Reference(eWGS84), Reference(eWebMercator));
-    double xy[2] = {10.0, 20.0};
-    EXPECT_TRUE(toWebMercator.Transformation(xy, xy + 1, nullptr, 0, 2));
-    EXPECT_FALSE(toWebMercator.Transformation(xy, xy + 1, nullptr, -1, 2));
-    EXPECT_EQ(xy[0], 10.0);
-    EXPECT_EQ(xy[1], 20.0);
-}
-
 TEST(Projection, WithoutBothReferencesNothingIsTransformed) {
     auto wgs84 = Reference(eWGS84);
     auto webMercator = Reference(eWebMercator);
