@@ -60,6 +60,7 @@ TEST(TextReference, NullAndEmptyTextsAndUnknownFormatsGiveNullReferences) {
     EXPECT_TRUE(LmSpatialReference("", eXML).IsNull());
     EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(6)).IsNull());
     EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(-1)).IsNull());
+    EXPECT_TRUE(LmSpatialReference(kWgs84, eLegacyParameters).IsNull());  // not read as WKT
 }
 
 TEST(TextReference, RefusedWktIsNullAndSilent) {
@@ -101,19 +102,10 @@ TEST(TextReference, FailedImportLeavesAnEmptyButNonNullReference) {
     EXPECT_FALSE(xml.IsGeographic() || xml.IsProjected());
 }
 
-TEST(TextReference, LegacyParameterFormatIsNotReadAsWkt) {
-    EXPECT_TRUE(LmSpatialReference(kWgs84, eLegacyParameters).IsNull());
-}
-
-TEST(TextReference, PrettyWktIsIndentedAndNeverCached) {
+TEST(TextReference, PrettyWktIsIndentedAndNeverCachedAndProj4AndXmlExports) {
     LmSpatialReference utm(kUtm50, eWKT);
-    const LmString pretty = utm.ExportToWKT(true);
-    EXPECT_NE(pretty.find("\n    GEOGCS["), std::string::npos);
+    EXPECT_NE(utm.ExportToWKT(true).find("\n    GEOGCS["), std::string::npos);
     EXPECT_STREQ(utm.ExportToWKT(false).c_str(), kUtm50);
-}
-
-TEST(TextReference, Proj4AndXmlExports) {
-    LmSpatialReference utm(kUtm50, eWKT);
     const LmString proj4 = utm.ExportToProj4();
     EXPECT_NE(proj4.find("+proj=utm"), std::string::npos);
     EXPECT_NE(proj4.find("+zone=50"), std::string::npos);
@@ -143,11 +135,18 @@ TEST(Clone, IsMadeFromTheCachedTextOnly) {
     EXPECT_TRUE(clone->IsSame(&xml));
 }
 
-TEST(Geographic, OfAGeographicReferenceIsTheSameObject) {
+TEST(Geographic, OfAGeographicReferenceIsTheSameObjectAndNullWithoutAGeographicCs) {
     LmSmarterPtr<LmSpatialReference> wgs84(new LmSpatialReference(eWGS84));
     LmSmarterPtr<LmSpatialReference> geographic = wgs84->Geographic();
     EXPECT_EQ(static_cast<LmSpatialReference*>(geographic), static_cast<LmSpatialReference*>(wgs84));
     EXPECT_EQ(wgs84->RefCount(), 2);
+
+    LmSpatialReference local(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Meter",1],)"
+                             R"(AXIS["X",EAST],AXIS["Y",NORTH]])",
+                             eWKT);
+    ASSERT_TRUE(local.IsLocalCS());
+    EXPECT_FALSE(local.Geographic());
+    EXPECT_FALSE(LmSpatialReference(nullptr, eWKT).Geographic());
 }
 
 TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
@@ -158,16 +157,6 @@ TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
     EXPECT_EQ(geographic->Name(), "WGS 84");
     EXPECT_EQ(geographic->ExportToWKT(false).rfind("GEOGCS[\"WGS 84\"", 0), 0u);
     EXPECT_DOUBLE_EQ(geographic->FlattenInverseF(), 298.257223563);
-}
-
-TEST(Geographic, IsNullWithoutAGeographicCs) {
-    LmSpatialReference local(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Meter",1],)"
-                             R"(AXIS["X",EAST],AXIS["Y",NORTH]])",
-                             eWKT);
-    ASSERT_TRUE(local.IsLocalCS());
-    EXPECT_FALSE(local.Geographic());
-    LmSpatialReference null(nullptr, eWKT);
-    EXPECT_FALSE(null.Geographic());
 }
 
 }  // namespace

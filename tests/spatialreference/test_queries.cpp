@@ -64,10 +64,8 @@ TEST(Names, OfTheCsEllipsoidAndProjection) {
     EXPECT_EQ(utm.Ellipsoid(), "WGS 84");
     EXPECT_EQ(utm.Projection(), "Transverse_Mercator");
     EXPECT_EQ(LmSpatialReference(eWGS84).Projection(), "");
-}
 
-TEST(Names, AGivenNameRenamesTheObjectButNotItsExports) {
-    LmSpatialReference utm(kUtm50, eWKT);
+    // A given name renames the object but not its exports.
     utm.Name("Grid of the site");
     EXPECT_EQ(utm.Name(), "Grid of the site");
     EXPECT_NE(utm.ExportToWKT(true).find("WGS 84 / UTM zone 50N"), std::string::npos);
@@ -77,8 +75,8 @@ TEST(Names, AGivenNameRenamesTheObjectButNotItsExports) {
 }
 
 TEST(Units, OfReferencesFollowTheirFirstUnit) {
-    EXPECT_EQ(LmSpatialReference(GeographicWithUnit("Degree").c_str(), eWKT).Units(), eDegree);
-    EXPECT_EQ(LmSpatialReference(GeographicWithUnit("degree").c_str(), eWKT).Units(), eDegree);
+    for (const char* degree : {"Degree", "degree"})
+        EXPECT_EQ(LmSpatialReference(GeographicWithUnit(degree).c_str(), eWKT).Units(), eDegree) << degree;
     EXPECT_EQ(LmSpatialReference(kUtm50, eWKT).Units(), eMeter);
     EXPECT_EQ(LmSpatialReference(eWebMercator).Units(), eMeter);
     LmSpatialReference kilometres(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Kilometer",1000],)"
