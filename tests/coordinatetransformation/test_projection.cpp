@@ -52,10 +52,8 @@ TEST(ProjectionAxisOrder, LongitudeComesFirstWhateverTheSourceFormat) {
 
         LmProjectCoordinateTransformation inverse(utm, geographic);
         ASSERT_TRUE(inverse.Transformation(xy, 2, 2));
-        EXPECT_NEAR(xy[0], 117.0, 1e-9);
-        EXPECT_NEAR(xy[1], 30.0, 1e-9);
-        EXPECT_NEAR(xy[2], 120.0, 1e-9);
-        EXPECT_NEAR(xy[3], 0.0, 1e-9);
+        const double lonLat[4] = {117.0, 30.0, 120.0, 0.0};
+        for (int k = 0; k < 4; ++k) EXPECT_NEAR(xy[k], lonLat[k], 1e-9) << k;
     }
 }
 
@@ -91,9 +89,8 @@ TEST(Projection, StepsAndHeights) {
     SphericalMercator(kWgs84A, 10.0, 20.0, expectedX[0], expectedY[0]);
     SphericalMercator(kWgs84A, -30.0, -40.0, expectedX[1], expectedY[1]);
 
-    double x[2] = {10.0, -30.0}, y[2] = {20.0, -40.0};
+    double x[2] = {10.0, -30.0}, y[2] = {20.0, -40.0}, xyz[6] = {10.0, 20.0, 55.0, -30.0, -40.0, 66.0};
     ASSERT_TRUE(toWebMercator.Transformation(x, y, 2, 1));
-    double xyz[6] = {10.0, 20.0, 55.0, -30.0, -40.0, 66.0};
     ASSERT_TRUE(toWebMercator.Transformation(xyz, 2, 3));
     for (int i = 0; i < 2; ++i) {
         EXPECT_NEAR(x[i], expectedX[i], 1e-6);
@@ -112,13 +109,12 @@ TEST(Projection, AFailingPointFailsTheBatchQuietlyAndSparesTheOthers) {
     const bool ok = toWebMercator.Transformation(xy, 3, 2);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_FALSE(ok);
-    double expectedX, expectedY;
-    SphericalMercator(kWgs84A, 10.0, 20.0, expectedX, expectedY);
-    EXPECT_NEAR(xy[0], expectedX, 1e-6);
-    EXPECT_NEAR(xy[1], expectedY, 1e-6);
-    SphericalMercator(kWgs84A, -30.0, -40.0, expectedX, expectedY);
-    EXPECT_NEAR(xy[4], expectedX, 1e-6);
-    EXPECT_NEAR(xy[5], expectedY, 1e-6);
+    for (int k : {0, 4}) {
+        double expectedX, expectedY;
+        SphericalMercator(kWgs84A, k ? -30.0 : 10.0, k ? -40.0 : 20.0, expectedX, expectedY);
+        EXPECT_NEAR(xy[k], expectedX, 1e-6);
+        EXPECT_NEAR(xy[k + 1], expectedY, 1e-6);
+    }
 
     double x = 0.0, y = 95.0;
     testing::internal::CaptureStderr();
@@ -133,12 +129,9 @@ TEST(Projection, WithoutBothReferencesNothingIsTransformed) {
     double x = 10.0, y = 20.0;
     LmProjectCoordinateTransformation noSource(nullptr, webMercator);
     EXPECT_FALSE(noSource.Transformation(x, y));
-    LmProjectCoordinateTransformation nullSource(refused, webMercator);
-    EXPECT_FALSE(nullSource.Transformation(x, y));
-    LmProjectCoordinateTransformation noTarget(wgs84, nullptr);
-    EXPECT_FALSE(noTarget.Transformation(x, y));
-    EXPECT_EQ(x, 10.0);
-    EXPECT_EQ(y, 20.0);
+    EXPECT_FALSE(LmProjectCoordinateTransformation(refused, webMercator).Transformation(x, y));
+    EXPECT_FALSE(LmProjectCoordinateTransformation(wgs84, nullptr).Transformation(x, y));
+    EXPECT_TRUE(x == 10.0 && y == 20.0);
 
     noSource.Source(wgs84);
     EXPECT_EQ(noSource.Source(), static_cast<LmSpatialReference*>(wgs84));

@@ -25,18 +25,12 @@ TEST(NullReference, EveryQueryAnswersItsNullValue) {
     EXPECT_FALSE(null.IsGeographic());
     EXPECT_FALSE(null.IsProjected());
     EXPECT_FALSE(null.IsLocalCS());
-    EXPECT_EQ(null.Name(), "");
-    EXPECT_EQ(null.Ellipsoid(), "");
-    EXPECT_EQ(null.Projection(), "");
-    EXPECT_EQ(null.EquatorialRadiusA(), 0.0);
-    EXPECT_EQ(null.PolarRadiusB(), 0.0);
-    EXPECT_EQ(null.FlattenInverseF(), 0.0);
-    EXPECT_EQ(null.MeanRadius(), 0.0);
+    for (const LmString& text : {null.Name(), null.Ellipsoid(), null.Projection(), null.ExportToWKT(false),
+                                 null.ExportToWKT(true), null.ExportToXml(), null.ExportToProj4()})
+        EXPECT_EQ(text, "");
+    for (double value : {null.EquatorialRadiusA(), null.PolarRadiusB(), null.FlattenInverseF(), null.MeanRadius()})
+        EXPECT_EQ(value, 0.0);
     EXPECT_EQ(static_cast<int>(null.Units()), 0);
-    EXPECT_EQ(null.ExportToWKT(false), "");
-    EXPECT_EQ(null.ExportToWKT(true), "");
-    EXPECT_EQ(null.ExportToXml(), "");
-    EXPECT_EQ(null.ExportToProj4(), "");
     EXPECT_FALSE(null.Geographic());
     EXPECT_TRUE(null.Clone()->IsNull());
     EXPECT_FALSE(null.IsSameGeogCS(&other));
