@@ -63,14 +63,10 @@ const LonLat kInside[] = {{116.404, 39.915}, {121.4737, 31.2304}, {87.6168, 43.8
                           {126.6424, 45.7567}, {91.1409, 29.6456}, {140.0, 30.0}};
 
 TEST(OutOfChina, UsesTheBoxAsDefinedIncludingTheLatitudeTestOfTheEasternBound) {
-    EXPECT_FALSE(outOfChina(140.0, 30.0));
-    EXPECT_FALSE(outOfChina(179.0, 30.0));
-    EXPECT_TRUE(outOfChina(72.0, 30.0));
-    EXPECT_FALSE(outOfChina(72.004, 30.0));
-    EXPECT_TRUE(outOfChina(100.0, 0.5));
-    EXPECT_FALSE(outOfChina(100.0, 0.8293));
-    EXPECT_FALSE(outOfChina(100.0, 55.8271));
-    EXPECT_TRUE(outOfChina(100.0, 55.8272));
+    // lon, lat, out of China
+    const double cases[][3] = {{140.0, 30.0, 0}, {179.0, 30.0, 0},    {72.0, 30.0, 1},      {72.004, 30.0, 0},
+                               {100.0, 0.5, 1},  {100.0, 0.8293, 0}, {100.0, 55.8271, 0}, {100.0, 55.8272, 1}};
+    for (const auto& c : cases) EXPECT_EQ(outOfChina(c[0], c[1]), c[2] != 0) << c[0] << " " << c[1];
 }
 
 TEST(OffsetFormulas, MatchTheSeriesWorkedByHand) {

@@ -25,11 +25,8 @@ public:
     }
 
     struct Call {
-        double* x;
-        double* y;
-        double* z;
-        int count;
-        int step;
+        double *x, *y, *z;
+        int count, step;
     };
     std::vector<Call> calls;
     bool result = true;

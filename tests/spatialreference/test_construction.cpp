@@ -28,16 +28,13 @@ const char* const kUtm50 =
     R"(PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",117],PARAMETER["scale_factor",0.9996],)"
     R"(PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1]])";
 
-TEST(WellKnownReference, ExportsItsTableTextByteForByte) {
+TEST(WellKnownReference, ExportsItsTableTextByteForByteAndKnowsItsKind) {
     EXPECT_STREQ(LmSpatialReference(eWGS84).ExportToWKT(false).c_str(), kWgs84);
     EXPECT_STREQ(LmSpatialReference(eCGCS2000).ExportToWKT(false).c_str(), kCgcs2000);
     EXPECT_STREQ(LmSpatialReference(eWebMercator).ExportToWKT(false).c_str(), kWebMercator);
     // The Chinese part of the name is the UTF-8 of 墨卡托投影 (U+58A8 U+5361 U+6258 U+6295 U+5F71).
     EXPECT_NE(std::strstr(kWebMercator, "(Web\xE5\xA2\xA8\xE5\x8D\xA1\xE6\x89\x98\xE6\x8A\x95\xE5\xBD\xB1)"),
               nullptr);
-}
-
-TEST(WellKnownReference, KindsAndEllipsoids) {
     LmSpatialReference wgs84(eWGS84), cgcs2000(eCGCS2000), webMercator(eWebMercator);
     EXPECT_TRUE(wgs84.IsGeographic());
     EXPECT_TRUE(cgcs2000.IsGeographic());
@@ -112,7 +109,7 @@ TEST(TextReference, PrettyWktIsIndentedAndNeverCachedAndProj4AndXmlExports) {
     EXPECT_NE(utm.ExportToXml().find("<gml:ProjectedCRS"), std::string::npos);
 }
 
-TEST(Clone, OfAWktReferenceKeepsTextAndName) {
+TEST(Clone, OfAWktReferenceKeepsTextAndNameButIsMadeFromTheCachedTextOnly) {
     LmSpatialReference utm(kUtm50, eWKT);
     utm.Name("site grid");
     LmSmarterPtr<LmSpatialReference> clone = utm.Clone();
@@ -120,12 +117,10 @@ TEST(Clone, OfAWktReferenceKeepsTextAndName) {
     EXPECT_EQ(clone->Name(), "site grid");
     EXPECT_NE(clone->Handle(), utm.Handle());
     EXPECT_TRUE(clone->IsSame(&utm));
-}
 
-TEST(Clone, IsMadeFromTheCachedTextOnly) {
     LmSpatialReference xml(LmSpatialReference(eWGS84).ExportToXml().c_str(), eXML);
     xml.Name("from xml");
-    LmSmarterPtr<LmSpatialReference> clone = xml.Clone();
+    clone = xml.Clone();
     EXPECT_TRUE(clone->IsNull());
     EXPECT_EQ(clone->Name(), "from xml");
 
