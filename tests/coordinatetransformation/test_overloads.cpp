@@ -47,11 +47,8 @@ TEST(TransformationOverloads, SeparateArraysAndSinglePointsReachThePrimitive) {
     EXPECT_TRUE(recorder.Transformation(px, py, pz));
     EXPECT_EQ(recorder.calls[1].z, nullptr);
     EXPECT_EQ(recorder.calls[2].z, &pz);
-    EXPECT_EQ(recorder.calls[2].count, 1);
-    EXPECT_EQ(recorder.calls[2].step, 1);
-    EXPECT_EQ(px, 2);
-    EXPECT_EQ(py, 4);
-    EXPECT_EQ(pz, 3);
+    EXPECT_TRUE(recorder.calls[2].count == 1 && recorder.calls[2].step == 1);
+    EXPECT_TRUE(px == 2 && py == 4 && pz == 3) << px << " " << py << " " << pz;
 }
 
 TEST(TransformationOverloads, InterleavedArraysTakeDimensionTwoOrThreeOnly) {
@@ -73,8 +70,7 @@ TEST(TransformationOverloads, InterleavedArraysTakeDimensionTwoOrThreeOnly) {
     EXPECT_FALSE(recorder.Transformation(wide, 2, 4));
     EXPECT_FALSE(recorder.Transformation(wide, 2, 1));
     EXPECT_EQ(recorder.calls.size(), callsBefore);
-    EXPECT_EQ(wide[0], 1);
-    EXPECT_EQ(wide[7], 8);
+    EXPECT_TRUE(wide[0] == 1 && wide[7] == 8);
 }
 
 TEST(TransformationOverloads, CopyingFormLeavesTheSourceAlone) {

@@ -30,14 +30,6 @@ void _GentleShear(const double* in, double* out, void*) {
     out[1] = in[1] + 0.1 * std::cos(in[0]);
 }
 
-TEST(Dis2, SumsSquaredDifferences) {
-    const double a[4] = {1, 2, 3, 4};
-    const double b[4] = {0, 4, 3, 1};
-    EXPECT_EQ(_dis2(4, a, b), 1.0 + 4.0 + 0.0 + 9.0);
-    EXPECT_EQ(_dis2(1, a, b), 1.0);
-    EXPECT_EQ(_dis2(0, a, b), 0.0);
-}
-
 TEST(XymapR1, ReturnsAtOnceWhenTheEstimateAlreadyFits) {
     const double target[2] = {2.0, 4.0};
     double estimate[2] = {1.0, 2.0 + 1e-7};

@@ -201,10 +201,9 @@ TEST(ComputeGeodesic, SkipsHeightsAndCountsOnlyWholePoints) {
     // A last point without its latitude is not a point.
     EXPECT_NEAR(sphere.ComputeGeodesic(xyz, 7, 3), kR * _Radians(30), 1e-6);
     EXPECT_NEAR(sphere.ComputeGeodesic(xyz, 8, 3), expected, 1e-6);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 2, 2), 0.0);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 3, 3), 0.0);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 9, 1), 0.0);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 9, 0), 0.0);
+    // One point only, or a dimension too small for a point, or no array: nothing.
+    for (const auto& [count, dimension] : {std::pair{2, 2}, {3, 3}, {9, 1}, {9, 0}})
+        EXPECT_EQ(sphere.ComputeGeodesic(xyz, count, dimension), 0.0) << count << " " << dimension;
     EXPECT_EQ(sphere.ComputeGeodesic(nullptr, 9, 3), 0.0);
 }
 
