@@ -59,9 +59,7 @@ TEST(LmSmarterPtr, ConstructionAddsAReferenceOnlyWhenAsked) {
 }
 
 TEST(LmSmarterPtr, NullFormsAndComparisons) {
-    LmSmarterPtr<Tracked> byDefault;
-    LmSmarterPtr<Tracked> fromZero(0);
-    LmSmarterPtr<Tracked> fromNull(nullptr, true);
+    LmSmarterPtr<Tracked> byDefault, fromZero(0), fromNull(nullptr, true);
     EXPECT_TRUE(!byDefault);
     EXPECT_FALSE(static_cast<bool>(fromZero));
     EXPECT_TRUE(fromNull == nullptr);
