@@ -52,7 +52,6 @@ private:
 };
 
 inline double Radians(double degrees) { return degrees * kPi / 180.0; }
-inline double Degrees(double radians) { return radians * 180.0 / kPi; }
 
 // Spherical (web) Mercator on a sphere of radius a.
 inline void SphericalMercator(double a, double lon, double lat, double& x, double& y) {
@@ -88,8 +87,10 @@ struct Geocentric {
     double x, y, z;
 };
 
+inline double SquaredEccentricity(double inverseF) { return (2.0 - 1.0 / inverseF) / inverseF; }
+
 inline Geocentric ToGeocentric(double a, double inverseF, double lon, double lat) {
-    const double f = 1.0 / inverseF, e2 = f * (2.0 - f);
+    const double e2 = SquaredEccentricity(inverseF);
     const double phi = Radians(lat), lambda = Radians(lon);
     const double n = a / std::sqrt(1.0 - e2 * std::sin(phi) * std::sin(phi));
     return {n * std::cos(phi) * std::cos(lambda), n * std::cos(phi) * std::sin(lambda),
@@ -97,16 +98,15 @@ inline Geocentric ToGeocentric(double a, double inverseF, double lon, double lat
 }
 
 inline void ToGeodetic(double a, double inverseF, const Geocentric& p, double& lon, double& lat) {
-    const double f = 1.0 / inverseF, e2 = f * (2.0 - f);
-    const double distance = std::hypot(p.x, p.y);
+    const double e2 = SquaredEccentricity(inverseF), distance = std::hypot(p.x, p.y);
     double phi = std::atan2(p.z, distance * (1.0 - e2));
     for (int i = 0; i < 10; ++i) {
         const double n = a / std::sqrt(1.0 - e2 * std::sin(phi) * std::sin(phi));
         const double h = distance / std::cos(phi) - n;
         phi = std::atan2(p.z, distance * (1.0 - e2 * n / (n + h)));
     }
-    lon = Degrees(std::atan2(p.y, p.x));
-    lat = Degrees(phi);
+    lon = std::atan2(p.y, p.x) * 180.0 / kPi;
+    lat = phi * 180.0 / kPi;
 }
 
 // The seven-parameter shift in the position vector convention (small angles):

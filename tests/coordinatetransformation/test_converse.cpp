@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <omp.h>
+#include "tests/teamsize.h"
 
 #include <atomic>
 #include <cmath>
@@ -45,15 +45,6 @@ public:
 
 }  // namespace
 
-TEST(Converse, InvertsATranslation) {
-    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(10.0, -5.0));
-    LmConverseCoordinateTransformation converse(forward, nullptr, 1e-18);
-    double xy[6] = {10.0, -5.0, 110.5, 195.25, -90.0, 0.0};
-    EXPECT_TRUE(converse.Transformation(xy, 3, 2));
-    const double expected[6] = {0.0, 0.0, 100.5, 200.25, -100.0, 5.0};
-    for (int k = 0; k < 6; ++k) EXPECT_NEAR(xy[k], expected[k], 1e-9) << k;
-}
-
 TEST(Converse, InvertsANonLinearMapWithinTheTolerance) {
     LmSmarterPtr<LmCoordinateTransformation> forward(new Cubic);
     const double distance = 1e-7;
@@ -80,59 +71,37 @@ TEST(Converse, WithoutForwardFailsAndChangesNothing) {
     EXPECT_EQ(y, 2.0);
 }
 
-TEST(Converse, StoredPrecisionIsASquaredToleranceTakenAsItIs) {
+TEST(Converse, StoredPrecisionIsSquaredAlreadyButAPrecisionObjectsToleranceIsSquared) {
+    // The forward map adds (1, 1), so the first estimate, the point itself, is
+    // a squared distance of 2 from where it should map: a squared tolerance of
+    // 2 or more accepts it (x stays 5), a smaller positive one refines it to 4,
+    // and none that is positive leaves the point alone.
     LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(1.0, 1.0));
-    LmConverseCoordinateTransformation converse(forward, nullptr, 0.0);
-    EXPECT_EQ(converse.Precision(), 0.0);
-    double x = 5.0, y = 5.0;
-    EXPECT_TRUE(converse.Transformation(x, y));
-    EXPECT_EQ(x, 5.0);  // no positive tolerance: left alone
-
-    converse.Precision(-1.0);
-    EXPECT_EQ(converse.Precision(), -1.0);
-    EXPECT_TRUE(converse.Transformation(x, y));
-    EXPECT_EQ(x, 5.0);
-
-    // The first estimate maps (1, 1) away from the point: squared distance 2.
-    // A squared tolerance of 2 accepts it as the answer; 1 does not.
-    converse.Precision(2.0);
-    EXPECT_TRUE(converse.Transformation(x, y));
-    EXPECT_EQ(x, 5.0);
-    converse.Precision(1.0);
-    EXPECT_TRUE(converse.Transformation(x, y));
-    EXPECT_NEAR(x, 4.0, 1e-12);
-}
-
-TEST(Converse, PrecisionObjectToleranceIsSquared) {
-    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(1.0, 1.0));
-    // -1 squared is a usable tolerance of 1, though -1 stored directly is not.
-    LmSmarterPtr<FixedPrecision> minusOne(new FixedPrecision(-1.0));
-    LmConverseCoordinateTransformation converse(forward, minusOne, 123.0);
-    double x = 5.0, y = 5.0;
-    EXPECT_TRUE(converse.Transformation(x, y));
-    EXPECT_NEAR(x, 4.0, 1e-12);
-    EXPECT_EQ(minusOne->calls.load(), 1);
-    EXPECT_EQ(minusOne->lastDefault.load(), 123.0);
-
-    // A distance of 1.5 squares to 2.25, which accepts the first estimate
-    // (squared distance 2); taken unsquared it would not.
-    LmSmarterPtr<FixedPrecision> oneAndAHalf(new FixedPrecision(1.5));
-    LmConverseCoordinateTransformation squared(forward, oneAndAHalf, 0.0);
-    x = 5.0;
-    y = 5.0;
-    EXPECT_TRUE(squared.Transformation(x, y));
-    EXPECT_EQ(x, 5.0);
-
-    LmSmarterPtr<FixedPrecision> zero(new FixedPrecision(0.0));
-    LmConverseCoordinateTransformation unusable(forward, zero, 1.0);
-    x = 5.0;
-    EXPECT_TRUE(unusable.Transformation(x, y));
-    EXPECT_EQ(x, 5.0);
+    const struct {
+        double stored;
+        bool byObject;
+        double objectTolerance;
+        double expectedX;
+    } cases[] = {{0.0, false, 0, 5.0},  {-1.0, false, 0, 5.0}, {2.0, false, 0, 5.0}, {1.0, false, 0, 4.0},
+                 {123.0, true, -1.0, 4.0},  // -1 squared is a usable 1, though -1 stored is not
+                 {0.0, true, 1.5, 5.0},     // 1.5 squares to 2.25; taken unsquared it would refine
+                 {1.0, true, 0.0, 5.0}};
+    for (const auto& c : cases) {
+        LmSmarterPtr<FixedPrecision> precision(c.byObject ? new FixedPrecision(c.objectTolerance) : nullptr);
+        LmConverseCoordinateTransformation converse(forward, precision, 7.0);
+        converse.Precision(c.stored);  // replaces the value given on construction
+        double x = 5.0, y = 5.0;
+        EXPECT_TRUE(converse.Transformation(x, y));
+        EXPECT_NEAR(x, c.expectedX, 1e-12) << c.stored << " " << c.objectTolerance;
+        if (c.byObject) {
+            EXPECT_EQ(precision->calls.load(), 1);
+            EXPECT_EQ(precision->lastDefault.load(), c.stored);  // the stored value is the default handed over
+        }
+    }
 }
 
 TEST(Converse, ParallelBatchMatchesPointByPoint) {
-    const int previousThreads = omp_get_max_threads();
-    omp_set_num_threads(4);
+    TeamSize team(4);
     const double elements[6] = {0.9998, 0.0123, -0.0121, 1.0003, 25.75, -130.5};
     LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(elements));
     LmSmarterPtr<FixedPrecision> precision(new FixedPrecision(1e-9));
@@ -146,7 +115,6 @@ TEST(Converse, ParallelBatchMatchesPointByPoint) {
     }
     std::vector<double> batch = xyz;
     EXPECT_TRUE(converse.Transformation(batch.data(), count, 3));
-    omp_set_num_threads(previousThreads);
     EXPECT_EQ(precision->calls.load(), count);
 
     for (int i = 0; i < count; ++i) {

@@ -57,6 +57,9 @@ TEST(ParallelBatch, EveryPointIsVisitedOnceInAscendingOrderWithinItsBlock) {
         ASSERT_EQ(visits[i], 1) << i;
         ASSERT_EQ(order[i], 1) << i;
     }
+    // Single points are handed out one by one.
+    ParallelPoints(count, [&](int i) { visits[i] += i; });
+    for (int i = 0; i < count; ++i) ASSERT_EQ(visits[i], 1 + i) << i;
 }
 
 TEST(ParallelBatch, MoreThreadsThanPointsLeavesTheExtraThreadsIdle) {
@@ -94,13 +97,6 @@ TEST(ParallelBatch, EmptyAndNegativeBatchesDoNothing) {
     ParallelPoints(-5, [&](int) { called = true; });
     EXPECT_FALSE(called);
     EXPECT_EQ(ParallelSum<int>(-1, [](int, int) { return 1; }), 0);
-}
-
-TEST(ParallelBatch, PointsAreHandedOutOneByOne) {
-    TeamSize team(2);
-    std::vector<double> values(11, 1.0);
-    ParallelPoints(11, [&](int i) { values[i] += i; });
-    for (int i = 0; i < 11; ++i) EXPECT_EQ(values[i], 1.0 + i);
 }
 
 }  // namespace

@@ -84,12 +84,15 @@ TEST(ProjectionParallel, FailuresAreCountedAndSilent) {
     EXPECT_GT(values[200], 100000.0);
 }
 
-TEST(ProjectionParallel, EmptyAndNegativeBatches) {
+TEST(ProjectionParallel, EmptyAndNegativeBatchesInEitherMode) {
     Modes modes;
     double xy[2] = {117.0, 30.0};
-    EXPECT_TRUE(modes.parallel->Transformation(xy, xy + 1, nullptr, 0, 2));
-    EXPECT_FALSE(modes.parallel->Transformation(xy, xy + 1, nullptr, -5, 2));
+    for (LmCoordinateTransformation* mode : {modes.serial.operator->(), modes.parallel.operator->()}) {
+        EXPECT_TRUE(mode->Transformation(xy, xy + 1, nullptr, 0, 2));
+        EXPECT_FALSE(mode->Transformation(xy, xy + 1, nullptr, -5, 2));
+    }
     EXPECT_EQ(xy[0], 117.0);
+    EXPECT_EQ(xy[1], 30.0);
 }
 
 TEST(ProjectionParallel, CallersMayShareOneObjectInEitherMode) {

@@ -23,9 +23,15 @@ void ExpectedShift(double sourceA, double sourceInverseF, const double parameter
 }
 
 struct Shifted {
-    double lon;
-    double lat;
+    double lon, lat;
 };
+
+// A shift from Beijing 1954 to the given target (WGS 84 unless named).
+LmSmarterPtr<LmParameterProjectCoordinateTransformation> BeijingShift(
+    LmCoordinateTransformationMethod method, const double* parameters,
+    LmSmarterPtr<LmSpatialReference> target = Reference(eWGS84)) {
+    return new LmParameterProjectCoordinateTransformation(Reference(kBeijing1954), target, method, parameters);
+}
 
 Shifted Apply(LmCoordinateTransformation& transformation, double lon, double lat) {
     EXPECT_TRUE(transformation.Transformation(lon, lat));
@@ -44,48 +50,36 @@ void ExpectHelmert(LmCoordinateTransformation& transformation, double sourceA, d
 }
 
 TEST(ParameterProjection, PositionVectorMatchesTheHelmertClosedForm) {
-    LmParameterProjectCoordinateTransformation shift(Reference(kBeijing1954), Reference(eWGS84),
-                                                     ePositionVector7Parameter, kShift);
-    EXPECT_EQ(shift.Method(), ePositionVector7Parameter);
+    auto shift = BeijingShift(ePositionVector7Parameter, kShift);
     for (const Shifted point : {Shifted{116.4, 39.9}, Shifted{87.6, 43.8}, Shifted{121.5, 25.0}})
-        ExpectHelmert(shift, kKrassowskyA, kKrassowskyInverseF, kShift, point.lon, point.lat);
+        ExpectHelmert(*shift, kKrassowskyA, kKrassowskyInverseF, kShift, point.lon, point.lat);
 }
 
 TEST(ParameterProjection, CoordinateFrameReversesTheRotations) {
     const double frame[7] = {kShift[0], kShift[1], kShift[2], -kShift[3], -kShift[4], -kShift[5], kShift[6]};
-    LmParameterProjectCoordinateTransformation positionVector(Reference(kBeijing1954), Reference(eWGS84),
-                                                              ePositionVector7Parameter, kShift);
-    LmParameterProjectCoordinateTransformation coordinateFrame(Reference(kBeijing1954), Reference(eWGS84),
-                                                               eCoordinateFrame7Parameter, frame);
-    const Shifted a = Apply(positionVector, 116.4, 39.9);
-    const Shifted b = Apply(coordinateFrame, 116.4, 39.9);
+    const Shifted a = Apply(*BeijingShift(ePositionVector7Parameter, kShift), 116.4, 39.9);
+    const Shifted b = Apply(*BeijingShift(eCoordinateFrame7Parameter, frame), 116.4, 39.9);
     EXPECT_EQ(a.lon, b.lon);
     EXPECT_EQ(a.lat, b.lat);
 
     // The same numbers under the other convention land elsewhere (by metres).
-    LmParameterProjectCoordinateTransformation unreversed(Reference(kBeijing1954), Reference(eWGS84),
-                                                          eCoordinateFrame7Parameter, kShift);
-    const Shifted c = Apply(unreversed, 116.4, 39.9);
+    const Shifted c = Apply(*BeijingShift(eCoordinateFrame7Parameter, kShift), 116.4, 39.9);
     EXPECT_GT(std::fabs(c.lon - a.lon) + std::fabs(c.lat - a.lat), 1e-5);
 }
 
 TEST(ParameterProjection, ThreeParametersTranslateOnly) {
     const double translation[7] = {-12.3, -118.6, -35.4, 99.0, 99.0, 99.0, 99.0};
-    LmParameterProjectCoordinateTransformation shift(Reference(kBeijing1954), Reference(eWGS84),
-                                                     eGeocentricTranslation3Parameter, translation);
     const double expectedParameters[7] = {-12.3, -118.6, -35.4, 0, 0, 0, 0};
-    ExpectHelmert(shift, kKrassowskyA, kKrassowskyInverseF, expectedParameters, 116.4, 39.9);
+    ExpectHelmert(*BeijingShift(eGeocentricTranslation3Parameter, translation), kKrassowskyA, kKrassowskyInverseF, expectedParameters, 116.4, 39.9);
 }
 
 TEST(ParameterProjection, ShiftAppliesToProjectedTargets) {
     auto utm = Reference(EpsgWkt(32650).c_str());
-    LmParameterProjectCoordinateTransformation shift(Reference(kBeijing1954), utm, ePositionVector7Parameter,
-                                                     kShift);
     LmProjectCoordinateTransformation wgs84ToUtm(Reference(eWGS84), utm);
     double lon = 117.0, lat = 30.0;
     ExpectedShift(kKrassowskyA, kKrassowskyInverseF, kShift, lon, lat);
     const Shifted expected = Apply(wgs84ToUtm, lon, lat);
-    const Shifted result = Apply(shift, 117.0, 30.0);
+    const Shifted result = Apply(*BeijingShift(ePositionVector7Parameter, kShift, utm), 117.0, 30.0);
     EXPECT_NEAR(result.lon, expected.lon, 1e-3);
     EXPECT_NEAR(result.lat, expected.lat, 1e-3);
 }
@@ -128,8 +122,7 @@ TEST(ParameterProjection, UnknownMethodsAndMissingParametersLeaveThePlainTransfo
 TEST(ParameterProjection, ChangingAReferenceDropsTheShiftUntilParametersAreSetAgain) {
     auto source = Reference(kBeijing1954);
     auto target = Reference(eWGS84);
-    LmSmarterPtr<LmParameterProjectCoordinateTransformation> shift(
-        new LmParameterProjectCoordinateTransformation(source, target, ePositionVector7Parameter, kShift));
+    auto shift = BeijingShift(ePositionVector7Parameter, kShift, target);
     const Shifted shifted = Apply(*shift, 116.4, 39.9);
     LmProjectCoordinateTransformation plain(source, target);
     const Shifted unshifted = Apply(plain, 116.4, 39.9);
@@ -156,13 +149,11 @@ TEST(ParameterProjection, TheCallersReferencesAreNotModified) {
 }
 
 TEST(ParameterProjection, NullReferencesGiveNoTransformation) {
-    LmParameterProjectCoordinateTransformation noSource(nullptr, Reference(eWGS84), ePositionVector7Parameter,
-                                                        kShift);
-    LmParameterProjectCoordinateTransformation nullSource(Reference("GEOGCS[", eWKT), Reference(eWGS84),
-                                                          ePositionVector7Parameter, kShift);
     double x = 116.4, y = 39.9;
-    EXPECT_FALSE(noSource.Transformation(x, y));
-    EXPECT_FALSE(nullSource.Transformation(x, y));
+    for (auto source : {LmSmarterPtr<LmSpatialReference>(), Reference("GEOGCS[", eWKT)}) {
+        LmParameterProjectCoordinateTransformation shift(source, Reference(eWGS84), ePositionVector7Parameter, kShift);
+        EXPECT_FALSE(shift.Transformation(x, y));
+    }
     EXPECT_EQ(x, 116.4);
 }
 

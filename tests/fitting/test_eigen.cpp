@@ -32,8 +32,7 @@ void _expect_eigen_decomposition(int n, const double* A, const double* V, const 
 
 TEST(Eigen, TwoByTwoClosedForm) {
     const double A[4] = {2, 1, 1, 2};
-    double V[4];
-    double d[2];
+    double V[4], d[2];
     mat_eigen(2, A, V, d);
     EXPECT_NEAR(d[0], 3.0, 1e-15);
     EXPECT_NEAR(d[1], 1.0, 1e-15);
@@ -51,14 +50,11 @@ TEST(Eigen, GeneralSymmetricMatrix) {
         0.5, 1, 1.5, 2,   1,   //
         -1,  2, 0,   1,   -3,
     };
-    std::vector<double> V(n * n);
-    std::vector<double> d(n);
+    std::vector<double> V(n * n), d(n);
     mat_eigen(n, A, V.data(), d.data());
     _expect_eigen_decomposition(n, A, V.data(), d.data(), 1e-12);
 
-    double trace = 0.0;
-    double sum = 0.0;
-    double product = 1.0;
+    double trace = 0.0, sum = 0.0, product = 1.0;
     for (int i = 0; i < n; ++i) {
         trace += A[i * n + i];
         sum += d[i];
@@ -71,8 +67,7 @@ TEST(Eigen, GeneralSymmetricMatrix) {
 TEST(Eigen, ReadsOnlyTheUpperTriangle) {
     const double upper[9] = {2, -1, 0, 99, 2, -1, -42, 7, 2};
     const double symmetric[9] = {2, -1, 0, -1, 2, -1, 0, -1, 2};
-    double V[9];
-    double d[3];
+    double V[9], d[3];
     mat_eigen(3, upper, V, d);
     // Closed form of the second-difference matrix: 2 - 2 cos(k pi / 4).
     EXPECT_NEAR(d[0], 2.0 + std::sqrt(2.0), 1e-14);
@@ -83,12 +78,9 @@ TEST(Eigen, ReadsOnlyTheUpperTriangle) {
 
 TEST(Eigen, DiagonalMatrixIsOnlySorted) {
     const double A[9] = {1, 0, 0, 0, 5, 0, 0, 0, 3};
-    double V[9];
-    double d[3];
+    double V[9], d[3];
     mat_eigen(3, A, V, d);
-    EXPECT_EQ(d[0], 5.0);
-    EXPECT_EQ(d[1], 3.0);
-    EXPECT_EQ(d[2], 1.0);
+    EXPECT_TRUE(d[0] == 5.0 && d[1] == 3.0 && d[2] == 1.0) << d[0] << " " << d[1] << " " << d[2];
     const double expectedRows[9] = {0, 1, 0, 0, 0, 1, 1, 0, 0};
     for (int k = 0; k < 9; ++k) EXPECT_EQ(V[k], expectedRows[k]) << k;
 }

@@ -43,23 +43,14 @@ TEST(LUPDecomp, FactorsReproducePermutedRows) {
         }
     }
     DelLUPMat(lu);
-}
 
-TEST(LUPDecomp, EqualMagnitudesKeepTheFirstRow) {
-    const double A[4] = {-2, 1, 2, 3};
-    LUPMat lu;
-    LUPDecomp(A, 2, lu);
-    EXPECT_EQ(lu.P[0], 0);
-    EXPECT_EQ(lu.P[1], 1);
+    const double equalMagnitudes[4] = {-2, 1, 2, 3};  // the first row is kept
+    LUPDecomp(equalMagnitudes, 2, lu);
+    EXPECT_TRUE(lu.P[0] == 0 && lu.P[1] == 1);
     DelLUPMat(lu);
-}
-
-TEST(LUPDecomp, TinyNonZeroPivotsAreAccepted) {
-    const double A[4] = {1e-300, 0, 0, 1e-300};
-    LUPMat lu;
-    LUPDecomp(A, 2, lu);
-    EXPECT_EQ(lu.U[0], 1e-300);
-    EXPECT_EQ(lu.U[3], 1e-300);
+    const double tinyPivots[4] = {1e-300, 0, 0, 1e-300};  // tiny but not zero: accepted
+    LUPDecomp(tinyPivots, 2, lu);
+    EXPECT_TRUE(lu.U[0] == 1e-300 && lu.U[3] == 1e-300);
     DelLUPMat(lu);
 }
 
@@ -82,7 +73,7 @@ TEST(LUPDecompDeathTest, ExactlyZeroPivotColumnEndsTheProcess) {
     EXPECT_EXIT(_DecomposeShowingStdout(rankOne, 2), ::testing::ExitedWithCode(1), "^singular matrix!\n$");
 }
 
-TEST(SolveLinearEq, SolvesAKnownSystem) {
+TEST(SolveLinearEq, SolvesAKnownSystemAndInverts) {
     // x = (1, -2, 3)
     const double b[3] = {1 * 1 + 2 * -2 + 3 * 3, 0 * 1 + 1 * -2 + 4 * 3, 5 * 1 + 6 * -2 + 0 * 3};
     LUPMat lu;
@@ -93,9 +84,6 @@ TEST(SolveLinearEq, SolvesAKnownSystem) {
     EXPECT_NEAR(x[1], -2.0, 1e-12);
     EXPECT_NEAR(x[2], 3.0, 1e-12);
     DelLUPMat(lu);
-}
-
-TEST(InverseMatrix, MatchesTheKnownInverse) {
     double inv[9];
     InverseMatrix(kUnimodular, 3, inv);
     for (int k = 0; k < 9; ++k) EXPECT_NEAR(inv[k], kUnimodularInverse[k], 1e-12) << k;

@@ -18,28 +18,19 @@ TEST(MyMatrix, ProductSumsRowsByColumns) {
     MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
     MyMatrix b = _matrix(3, 2, {7, 8, 9, 10, 11, 12});
     MyMatrix c = a * b;
-    ASSERT_EQ(c.rows, 2);
-    ASSERT_EQ(c.cols, 2);
-    EXPECT_EQ(c.getxy(0, 0), 58.0);
-    EXPECT_EQ(c.getxy(0, 1), 64.0);
-    EXPECT_EQ(c.getxy(1, 0), 139.0);
-    EXPECT_EQ(c.getxy(1, 1), 154.0);
-}
+    ASSERT_TRUE(c.rows == 2 && c.cols == 2);
+    const double expected[4] = {58, 64, 139, 154};
+    for (int k = 0; k < 4; ++k) EXPECT_EQ(c.getxy(k / 2, k % 2), expected[k]) << k;
 
-TEST(MyMatrix, MismatchedProductIsAZeroMatrix) {
-    MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
-    MyMatrix b = _matrix(2, 3, {1, 1, 1, 1, 1, 1});
-    MyMatrix c = a * b;
-    ASSERT_EQ(c.rows, 2);
-    ASSERT_EQ(c.cols, 3);
-    for (int k = 0; k < 6; ++k) EXPECT_EQ(c.data[k], 0.0);
+    MyMatrix mismatched = a * a;  // a zero matrix shaped like the left factor
+    ASSERT_TRUE(mismatched.rows == 2 && mismatched.cols == 3);
+    for (int k = 0; k < 6; ++k) EXPECT_EQ(mismatched.data[k], 0.0);
 }
 
 TEST(MyMatrix, TranspoteSwapsIndices) {
     MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
     MyMatrix t = a.transpote();
-    ASSERT_EQ(t.rows, 3);
-    ASSERT_EQ(t.cols, 2);
+    ASSERT_TRUE(t.rows == 3 && t.cols == 2);
     for (int r = 0; r < 2; ++r)
         for (int c = 0; c < 3; ++c) EXPECT_EQ(t.getxy(c, r), a.getxy(r, c));
 }
@@ -64,8 +55,7 @@ TEST(MyMatrix, CopiesAreDeep) {
     MyMatrix returned = (assigned = a);
     a.setxy(0, 0, 99.0);
     for (const MyMatrix* m : {&copy, &assigned, &returned}) {
-        ASSERT_EQ(m->rows, 2);
-        ASSERT_EQ(m->cols, 2);
+        ASSERT_TRUE(m->rows == 2 && m->cols == 2);
         EXPECT_EQ(m->getxy(0, 0), 1.0);
         EXPECT_EQ(m->getxy(1, 1), 4.0);
     }

@@ -61,15 +61,6 @@ TEST(GeodesicInverse, TakesLongitudeFirstOnASphere) {
     EXPECT_NEAR(azi1, 0.0, 1e-12);
 }
 
-TEST(GeodesicInverse, NullAzimuthsGiveTheSameDistance) {
-    const LmGeodesic wgs84(kWgs84A, kWgs84InverseF);
-    double azi1 = -1.0, azi2 = -1.0;
-    const double both = wgs84.Inverse(116.4, 39.9, -73.78, 40.64, &azi1, &azi2);
-    EXPECT_EQ(wgs84.Inverse(116.4, 39.9, -73.78, 40.64, nullptr, nullptr), both);
-    EXPECT_EQ(wgs84.Inverse(116.4, 39.9, -73.78, 40.64, &azi1, nullptr), both);
-    EXPECT_EQ(wgs84.Inverse(116.4, 39.9, -73.78, 40.64, nullptr, &azi2), both);
-}
-
 TEST(Geodesic, FlatteningAndInverseFlatteningDescribeTheSameEllipsoid) {
     const LmGeodesic byInverse(kWgs84A, kWgs84InverseF);
     const LmGeodesic byFlattening(kWgs84A, 1.0 / kWgs84InverseF);
@@ -77,6 +68,9 @@ TEST(Geodesic, FlatteningAndInverseFlatteningDescribeTheSameEllipsoid) {
     EXPECT_EQ(byInverse.Inverse(10, 20, 130, -35, &a1, &a2), byFlattening.Inverse(10, 20, 130, -35, &b1, &b2));
     EXPECT_EQ(a1, b1);
     EXPECT_EQ(a2, b2);
+    // Asking for fewer azimuths changes nothing else.
+    EXPECT_EQ(byInverse.Inverse(10, 20, 130, -35, nullptr, nullptr), byInverse.Inverse(10, 20, 130, -35, &a1, &a2));
+    EXPECT_EQ(byInverse.Inverse(10, 20, 130, -35, &a1, nullptr), byInverse.Inverse(10, 20, 130, -35, nullptr, &a2));
     double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
     byInverse.Direct(10, 20, 33, 5e6, &x1, &y1, nullptr);
     byFlattening.Direct(10, 20, 33, 5e6, &x2, &y2, nullptr);
@@ -84,7 +78,7 @@ TEST(Geodesic, FlatteningAndInverseFlatteningDescribeTheSameEllipsoid) {
     EXPECT_EQ(y1, y2);
 }
 
-TEST(GeodesicDirect, WritesLongitudeToXAndLatitudeToY) {
+TEST(GeodesicDirect, WritesLongitudeToXAndLatitudeToYAndUndoesTheInverse) {
     const LmGeodesic sphere(kR, 0.0);
     double x = 0, y = 0, azi2 = 0;
     sphere.Direct(10, 20, 0, kR * _Radians(30), &x, &y, &azi2);
@@ -94,38 +88,33 @@ TEST(GeodesicDirect, WritesLongitudeToXAndLatitudeToY) {
     sphere.Direct(0, 0, 90, kR * kPi / 2, &x, &y, nullptr);
     EXPECT_NEAR(x, 90.0, 1e-12);
     EXPECT_NEAR(y, 0.0, 1e-12);
-}
 
-TEST(GeodesicDirect, UndoesTheInverseOnWgs84) {
     const LmGeodesic wgs84(kWgs84A, kWgs84InverseF);
     double azi1 = 0;
     const double s = wgs84.Inverse(174.81, -41.32, -5.50, 40.96, &azi1, nullptr);
-    double x = 0, y = 0;
     wgs84.Direct(174.81, -41.32, azi1, s, &x, &y, nullptr);
     EXPECT_NEAR(x, -5.50, 1e-9);
     EXPECT_NEAR(y, 40.96, 1e-9);
 }
 
 TEST(GeodesicInterpolation, RunsAlongTheGeodesicAndBeyond) {
-    const LmGeodesic sphere(kR, 0.0);
+    // lon1, lat1, lon2, lat2, fraction, expected lon, lat, tolerance (spheres first, then WGS 84).
+    const double cases[][8] = {{0, 0, 60, 0, 0.5, 30, 0, 1e-12},
+                               {0, 0, 60, 0, 2.0, 120, 0, 1e-12},
+                               {20, 10, 20, 40, 0.25, 20, 17.5, 1e-12},
+                               {116.4, 39.9, -73.78, 40.64, 0.0, 116.4, 39.9, 1e-12},
+                               {116.4, 39.9, -73.78, 40.64, 1.0, -73.78, 40.64, 1e-9}};
+    const LmGeodesic sphere(kR, 0.0), wgs84(kWgs84A, kWgs84InverseF);
+    for (int i = 0; i < 5; ++i) {
+        const double* c = cases[i];
+        double x = 0, y = 0;
+        (i < 3 ? sphere : wgs84).Interpolation(c[0], c[1], c[2], c[3], c[4], &x, &y, nullptr);
+        EXPECT_NEAR(x, c[5], c[7]) << i;
+        EXPECT_NEAR(y, c[6], c[7]) << i;
+    }
     double x = 0, y = 0, azi = 0;
     sphere.Interpolation(0, 0, 60, 0, 0.5, &x, &y, &azi);
-    EXPECT_NEAR(x, 30.0, 1e-12);
-    EXPECT_NEAR(y, 0.0, 1e-12);
     EXPECT_NEAR(azi, 90.0, 1e-12);
-    sphere.Interpolation(0, 0, 60, 0, 2.0, &x, &y, nullptr);
-    EXPECT_NEAR(x, 120.0, 1e-12);
-    sphere.Interpolation(20, 10, 20, 40, 0.25, &x, &y, nullptr);
-    EXPECT_NEAR(x, 20.0, 1e-12);
-    EXPECT_NEAR(y, 17.5, 1e-12);
-
-    const LmGeodesic wgs84(kWgs84A, kWgs84InverseF);
-    wgs84.Interpolation(116.4, 39.9, -73.78, 40.64, 0.0, &x, &y, nullptr);
-    EXPECT_NEAR(x, 116.4, 1e-12);
-    EXPECT_NEAR(y, 39.9, 1e-12);
-    wgs84.Interpolation(116.4, 39.9, -73.78, 40.64, 1.0, &x, &y, nullptr);
-    EXPECT_NEAR(x, -73.78, 1e-9);
-    EXPECT_NEAR(y, 40.64, 1e-9);
 }
 
 TEST(GeodesicLine, PositionsAlongTheLineNeverWriteTheAzimuth) {
@@ -212,10 +201,9 @@ TEST(ComputeGeodesic, SkipsHeightsAndCountsOnlyWholePoints) {
     // A last point without its latitude is not a point.
     EXPECT_NEAR(sphere.ComputeGeodesic(xyz, 7, 3), kR * _Radians(30), 1e-6);
     EXPECT_NEAR(sphere.ComputeGeodesic(xyz, 8, 3), expected, 1e-6);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 2, 2), 0.0);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 3, 3), 0.0);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 9, 1), 0.0);
-    EXPECT_EQ(sphere.ComputeGeodesic(xyz, 9, 0), 0.0);
+    // One point only, or a dimension too small for a point, or no array: nothing.
+    for (const auto& [count, dimension] : {std::pair{2, 2}, {3, 3}, {9, 1}, {9, 0}})
+        EXPECT_EQ(sphere.ComputeGeodesic(xyz, count, dimension), 0.0) << count << " " << dimension;
     EXPECT_EQ(sphere.ComputeGeodesic(nullptr, 9, 3), 0.0);
 }
 

@@ -96,14 +96,13 @@ TEST(IsSameParameter, ComparesEveryParameterExactly) {
     EXPECT_FALSE(a.IsSameParameter(&webMercator));
     EXPECT_FALSE(a.IsSameParameter(&wgs84));
     EXPECT_FALSE(a.IsSameParameter(nullptr));
-}
 
-TEST(IsSameParameter, GeographicReferencesNeedOnlyTheSameEllipsoid) {
-    LmSpatialReference a(Geographic("one", "D_One", 6378137.0, 298.257223563).c_str(), eWKT);
-    LmSpatialReference b(Geographic("two", "D_Two", 6378137.0, 298.257223563).c_str(), eWKT);
-    LmSpatialReference c(Geographic("one", "D_One", 6378245.0, 298.3).c_str(), eWKT);
-    EXPECT_TRUE(a.IsSameParameter(&b));
-    EXPECT_FALSE(a.IsSameParameter(&c));
+    // Geographic references need only the same ellipsoid.
+    LmSpatialReference one(Geographic("one", "D_One", 6378137.0, 298.257223563).c_str(), eWKT);
+    LmSpatialReference two(Geographic("two", "D_Two", 6378137.0, 298.257223563).c_str(), eWKT);
+    LmSpatialReference other(Geographic("one", "D_One", 6378245.0, 298.3).c_str(), eWKT);
+    EXPECT_TRUE(one.IsSameParameter(&two));
+    EXPECT_FALSE(one.IsSameParameter(&other));
 }
 
 }  // namespace

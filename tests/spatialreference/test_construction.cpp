@@ -28,16 +28,13 @@ const char* const kUtm50 =
     R"(PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",117],PARAMETER["scale_factor",0.9996],)"
     R"(PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1]])";
 
-TEST(WellKnownReference, ExportsItsTableTextByteForByte) {
+TEST(WellKnownReference, ExportsItsTableTextByteForByteAndKnowsItsKind) {
     EXPECT_STREQ(LmSpatialReference(eWGS84).ExportToWKT(false).c_str(), kWgs84);
     EXPECT_STREQ(LmSpatialReference(eCGCS2000).ExportToWKT(false).c_str(), kCgcs2000);
     EXPECT_STREQ(LmSpatialReference(eWebMercator).ExportToWKT(false).c_str(), kWebMercator);
     // The Chinese part of the name is the UTF-8 of 墨卡托投影 (U+58A8 U+5361 U+6258 U+6295 U+5F71).
     EXPECT_NE(std::strstr(kWebMercator, "(Web\xE5\xA2\xA8\xE5\x8D\xA1\xE6\x89\x98\xE6\x8A\x95\xE5\xBD\xB1)"),
               nullptr);
-}
-
-TEST(WellKnownReference, KindsAndEllipsoids) {
     LmSpatialReference wgs84(eWGS84), cgcs2000(eCGCS2000), webMercator(eWebMercator);
     EXPECT_TRUE(wgs84.IsGeographic());
     EXPECT_TRUE(cgcs2000.IsGeographic());
@@ -60,6 +57,7 @@ TEST(TextReference, NullAndEmptyTextsAndUnknownFormatsGiveNullReferences) {
     EXPECT_TRUE(LmSpatialReference("", eXML).IsNull());
     EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(6)).IsNull());
     EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(-1)).IsNull());
+    EXPECT_TRUE(LmSpatialReference(kWgs84, eLegacyParameters).IsNull());  // not read as WKT
 }
 
 TEST(TextReference, RefusedWktIsNullAndSilent) {
@@ -101,26 +99,17 @@ TEST(TextReference, FailedImportLeavesAnEmptyButNonNullReference) {
     EXPECT_FALSE(xml.IsGeographic() || xml.IsProjected());
 }
 
-TEST(TextReference, LegacyParameterFormatIsNotReadAsWkt) {
-    EXPECT_TRUE(LmSpatialReference(kWgs84, eLegacyParameters).IsNull());
-}
-
-TEST(TextReference, PrettyWktIsIndentedAndNeverCached) {
+TEST(TextReference, PrettyWktIsIndentedAndNeverCachedAndProj4AndXmlExports) {
     LmSpatialReference utm(kUtm50, eWKT);
-    const LmString pretty = utm.ExportToWKT(true);
-    EXPECT_NE(pretty.find("\n    GEOGCS["), std::string::npos);
+    EXPECT_NE(utm.ExportToWKT(true).find("\n    GEOGCS["), std::string::npos);
     EXPECT_STREQ(utm.ExportToWKT(false).c_str(), kUtm50);
-}
-
-TEST(TextReference, Proj4AndXmlExports) {
-    LmSpatialReference utm(kUtm50, eWKT);
     const LmString proj4 = utm.ExportToProj4();
     EXPECT_NE(proj4.find("+proj=utm"), std::string::npos);
     EXPECT_NE(proj4.find("+zone=50"), std::string::npos);
     EXPECT_NE(utm.ExportToXml().find("<gml:ProjectedCRS"), std::string::npos);
 }
 
-TEST(Clone, OfAWktReferenceKeepsTextAndName) {
+TEST(Clone, OfAWktReferenceKeepsTextAndNameButIsMadeFromTheCachedTextOnly) {
     LmSpatialReference utm(kUtm50, eWKT);
     utm.Name("site grid");
     LmSmarterPtr<LmSpatialReference> clone = utm.Clone();
@@ -128,12 +117,10 @@ TEST(Clone, OfAWktReferenceKeepsTextAndName) {
     EXPECT_EQ(clone->Name(), "site grid");
     EXPECT_NE(clone->Handle(), utm.Handle());
     EXPECT_TRUE(clone->IsSame(&utm));
-}
 
-TEST(Clone, IsMadeFromTheCachedTextOnly) {
     LmSpatialReference xml(LmSpatialReference(eWGS84).ExportToXml().c_str(), eXML);
     xml.Name("from xml");
-    LmSmarterPtr<LmSpatialReference> clone = xml.Clone();
+    clone = xml.Clone();
     EXPECT_TRUE(clone->IsNull());
     EXPECT_EQ(clone->Name(), "from xml");
 
@@ -143,11 +130,18 @@ TEST(Clone, IsMadeFromTheCachedTextOnly) {
     EXPECT_TRUE(clone->IsSame(&xml));
 }
 
-TEST(Geographic, OfAGeographicReferenceIsTheSameObject) {
+TEST(Geographic, OfAGeographicReferenceIsTheSameObjectAndNullWithoutAGeographicCs) {
     LmSmarterPtr<LmSpatialReference> wgs84(new LmSpatialReference(eWGS84));
     LmSmarterPtr<LmSpatialReference> geographic = wgs84->Geographic();
     EXPECT_EQ(static_cast<LmSpatialReference*>(geographic), static_cast<LmSpatialReference*>(wgs84));
     EXPECT_EQ(wgs84->RefCount(), 2);
+
+    LmSpatialReference local(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Meter",1],)"
+                             R"(AXIS["X",EAST],AXIS["Y",NORTH]])",
+                             eWKT);
+    ASSERT_TRUE(local.IsLocalCS());
+    EXPECT_FALSE(local.Geographic());
+    EXPECT_FALSE(LmSpatialReference(nullptr, eWKT).Geographic());
 }
 
 TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
@@ -158,16 +152,6 @@ TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
     EXPECT_EQ(geographic->Name(), "WGS 84");
     EXPECT_EQ(geographic->ExportToWKT(false).rfind("GEOGCS[\"WGS 84\"", 0), 0u);
     EXPECT_DOUBLE_EQ(geographic->FlattenInverseF(), 298.257223563);
-}
-
-TEST(Geographic, IsNullWithoutAGeographicCs) {
-    LmSpatialReference local(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Meter",1],)"
-                             R"(AXIS["X",EAST],AXIS["Y",NORTH]])",
-                             eWKT);
-    ASSERT_TRUE(local.IsLocalCS());
-    EXPECT_FALSE(local.Geographic());
-    LmSpatialReference null(nullptr, eWKT);
-    EXPECT_FALSE(null.Geographic());
 }
 
 }  // namespace

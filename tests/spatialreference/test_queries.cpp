@@ -25,18 +25,12 @@ TEST(NullReference, EveryQueryAnswersItsNullValue) {
     EXPECT_FALSE(null.IsGeographic());
     EXPECT_FALSE(null.IsProjected());
     EXPECT_FALSE(null.IsLocalCS());
-    EXPECT_EQ(null.Name(), "");
-    EXPECT_EQ(null.Ellipsoid(), "");
-    EXPECT_EQ(null.Projection(), "");
-    EXPECT_EQ(null.EquatorialRadiusA(), 0.0);
-    EXPECT_EQ(null.PolarRadiusB(), 0.0);
-    EXPECT_EQ(null.FlattenInverseF(), 0.0);
-    EXPECT_EQ(null.MeanRadius(), 0.0);
+    for (const LmString& text : {null.Name(), null.Ellipsoid(), null.Projection(), null.ExportToWKT(false),
+                                 null.ExportToWKT(true), null.ExportToXml(), null.ExportToProj4()})
+        EXPECT_EQ(text, "");
+    for (double value : {null.EquatorialRadiusA(), null.PolarRadiusB(), null.FlattenInverseF(), null.MeanRadius()})
+        EXPECT_EQ(value, 0.0);
     EXPECT_EQ(static_cast<int>(null.Units()), 0);
-    EXPECT_EQ(null.ExportToWKT(false), "");
-    EXPECT_EQ(null.ExportToWKT(true), "");
-    EXPECT_EQ(null.ExportToXml(), "");
-    EXPECT_EQ(null.ExportToProj4(), "");
     EXPECT_FALSE(null.Geographic());
     EXPECT_TRUE(null.Clone()->IsNull());
     EXPECT_FALSE(null.IsSameGeogCS(&other));
@@ -64,10 +58,8 @@ TEST(Names, OfTheCsEllipsoidAndProjection) {
     EXPECT_EQ(utm.Ellipsoid(), "WGS 84");
     EXPECT_EQ(utm.Projection(), "Transverse_Mercator");
     EXPECT_EQ(LmSpatialReference(eWGS84).Projection(), "");
-}
 
-TEST(Names, AGivenNameRenamesTheObjectButNotItsExports) {
-    LmSpatialReference utm(kUtm50, eWKT);
+    // A given name renames the object but not its exports.
     utm.Name("Grid of the site");
     EXPECT_EQ(utm.Name(), "Grid of the site");
     EXPECT_NE(utm.ExportToWKT(true).find("WGS 84 / UTM zone 50N"), std::string::npos);
@@ -77,8 +69,8 @@ TEST(Names, AGivenNameRenamesTheObjectButNotItsExports) {
 }
 
 TEST(Units, OfReferencesFollowTheirFirstUnit) {
-    EXPECT_EQ(LmSpatialReference(GeographicWithUnit("Degree").c_str(), eWKT).Units(), eDegree);
-    EXPECT_EQ(LmSpatialReference(GeographicWithUnit("degree").c_str(), eWKT).Units(), eDegree);
+    for (const char* degree : {"Degree", "degree"})
+        EXPECT_EQ(LmSpatialReference(GeographicWithUnit(degree).c_str(), eWKT).Units(), eDegree) << degree;
     EXPECT_EQ(LmSpatialReference(kUtm50, eWKT).Units(), eMeter);
     EXPECT_EQ(LmSpatialReference(eWebMercator).Units(), eMeter);
     LmSpatialReference kilometres(R"(LOCAL_CS["site",LOCAL_DATUM["site",32767],UNIT["Kilometer",1000],)"

@@ -12,24 +12,16 @@ LmUnits Parse(const char* text, LmUnits defaultValue = eMeter) {
     return LmEnumParser::ParserFromString<LmUnits>(text, defaultValue);
 }
 
-TEST(UnitNames, AreFilledWhenTheLibraryLoads) {
+TEST(UnitNames, AreFilledWhenTheLibraryLoadsAndMatchIgnoringCase) {
     EXPECT_EQ(LmEnumType<LmUnits>::Instance().FromString("Kilometer", eMM), eKM);
-}
-
-TEST(UnitNames, MatchIgnoringCase) {
-    EXPECT_EQ(Parse("Meter", eKM), eMeter);
-    EXPECT_EQ(Parse("degree"), eDegree);
-    EXPECT_EQ(Parse("CENTIMETER"), eCM);
-    EXPECT_EQ(Parse("millimeter"), eMM);
-    EXPECT_EQ(Parse("emm"), eMM);
-    EXPECT_EQ(Parse("eDegree"), eDegree);
-}
-
-TEST(UnitNames, TheThreeInchSpellingsShareOneCode) {
-    EXPECT_EQ(Parse("Inch_US_Surveyor"), 9203);
-    EXPECT_EQ(Parse("INCH"), 9203);
-    EXPECT_EQ(Parse("inch_international"), 9203);
-    EXPECT_EQ(Parse("eInch"), 9203);
+    // The three inch spellings (and the enumerator's own name) share one code.
+    const struct {
+        const char* text;
+        int expected;
+    } cases[] = {{"Meter", eMeter}, {"degree", eDegree}, {"CENTIMETER", eCM}, {"millimeter", eMM},
+                 {"emm", eMM}, {"eDegree", eDegree}, {"Inch_US_Surveyor", 9203}, {"INCH", 9203},
+                 {"inch_international", 9203}, {"eInch", 9203}};
+    for (const auto& c : cases) EXPECT_EQ(Parse(c.text, eKM), c.expected) << c.text;
 }
 
 TEST(UnitNames, NumbersMatchCodesAndEverythingElseGivesTheDefault) {

@@ -51,12 +51,15 @@ TEST(LmSmarterPtr, ConstructionAddsAReferenceOnlyWhenAsked) {
         EXPECT_EQ(object->RefCount(), 2);
     }
     EXPECT_EQ(destroyed, 1);
+    {
+        LmSmarterPtr<LmRefObject> base(new Tracked(&destroyed));  // from a derived pointer
+        EXPECT_EQ(base->RefCount(), 1);
+    }
+    EXPECT_EQ(destroyed, 2);
 }
 
 TEST(LmSmarterPtr, NullFormsAndComparisons) {
-    LmSmarterPtr<Tracked> byDefault;
-    LmSmarterPtr<Tracked> fromZero(0);
-    LmSmarterPtr<Tracked> fromNull(nullptr, true);
+    LmSmarterPtr<Tracked> byDefault, fromZero(0), fromNull(nullptr, true);
     EXPECT_TRUE(!byDefault);
     EXPECT_FALSE(static_cast<bool>(fromZero));
     EXPECT_TRUE(fromNull == nullptr);
@@ -80,8 +83,14 @@ TEST(LmSmarterPtr, CopiesAndAssignmentsKeepTheCountExact) {
         EXPECT_EQ(second->RefCount(), 1);
     }
     EXPECT_EQ(destroyed, 1);  // second died with b
-    a = nullptr;
+
+    auto* third = new Tracked(&destroyed);
+    third->AddRef();
+    a.Attach(third);  // takes over the existing reference
     EXPECT_EQ(destroyed, 2);
+    EXPECT_EQ(third->RefCount(), 1);
+    a = nullptr;
+    EXPECT_EQ(destroyed, 3);
 }
 
 TEST(LmSmarterPtr, SelfAssignmentOfTheLastOwnerKeepsTheObject) {
@@ -91,26 +100,6 @@ TEST(LmSmarterPtr, SelfAssignmentOfTheLastOwnerKeepsTheObject) {
     only = alias;
     EXPECT_EQ(destroyed, 0);
     EXPECT_EQ(only->RefCount(), 1);
-}
-
-TEST(LmSmarterPtr, AttachTakesOverAnExistingReference) {
-    int destroyed = 0;
-    auto* first = new Tracked(&destroyed);
-    auto* second = new Tracked(&destroyed);
-    LmSmarterPtr<Tracked> pointer(first);
-    second->AddRef();
-    pointer.Attach(second);
-    EXPECT_EQ(destroyed, 1);
-    EXPECT_EQ(second->RefCount(), 1);
-}
-
-TEST(LmSmarterPtr, ConvertsFromADerivedPointer) {
-    int destroyed = 0;
-    {
-        LmSmarterPtr<LmRefObject> base(new Tracked(&destroyed));
-        EXPECT_EQ(base->RefCount(), 1);
-    }
-    EXPECT_EQ(destroyed, 1);
 }
 
 TEST(LmRefObject, CountingIsExactAcrossThreads) {

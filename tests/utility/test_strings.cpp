@@ -9,24 +9,16 @@ using namespace Lumora::Utility;
 
 namespace {
 
-TEST(LmString, AcceptsNullAsEmptyAndBehavesAsAStandardString) {
-    LmString fromNull(static_cast<const char*>(nullptr));
-    EXPECT_TRUE(fromNull.empty());
+TEST(LmString, AcceptsNullAsEmpty) {
+    EXPECT_TRUE(LmString(static_cast<const char*>(nullptr)).empty());
     LmString text("abc");
     text = static_cast<const char*>(nullptr);
     EXPECT_EQ(text, "");
-    text = std::string("xyz");
-    EXPECT_EQ(text.size(), 3u);
-    EXPECT_STREQ(text.c_str(), "xyz");
 }
 
 TEST(LmStringHelp, SplitKeepsEveryField) {
     const auto fields = LmStringHelp::Split("a,,b,", ',');
-    ASSERT_EQ(fields.size(), 4u);
-    EXPECT_EQ(fields[0], "a");
-    EXPECT_EQ(fields[1], "");
-    EXPECT_EQ(fields[2], "b");
-    EXPECT_EQ(fields[3], "");
+    EXPECT_EQ(fields, (std::vector<LmString>{"a", "", "b", ""}));
     EXPECT_EQ(LmStringHelp::Split(" x ", ',').front(), " x ");  // no trimming
     EXPECT_EQ(LmStringHelp::Split(nullptr, ',').size(), 1u);
 }
