@@ -42,6 +42,17 @@ OGRSpatialReference* _NewFromWkt(const char* text) {
     return OGRSpatialReference::FromHandle(OSRNewSpatialReference(text));
 }
 
+// Runs one of OGR's text exports quietly: its text on success, an empty text
+// on an OGR error. OGR's copy is released either way.
+template <class Export>
+LmString _ExportedText(Export&& exportTo) {
+    LmQuietGdalErrors quiet;
+    char* text = nullptr;
+    const OGRErr error = exportTo(&text);
+    LmString copy = TakeOgrText(text);
+    return error == OGRERR_NONE ? copy : LmString();
+}
+
 }  // namespace
 
 LmSpatialReference::LmSpatialReference(LmWellKnownSpatialReference wellKnown) : m_pSRS(nullptr) {
@@ -127,37 +138,19 @@ double LmSpatialReference::MeanRadius() const { return (EquatorialRadiusA() + Po
 
 LmString LmSpatialReference::ExportToWKT(bool pretty) const {
     if (m_pSRS == nullptr) return "";
-    LmQuietGdalErrors quiet;
-    char* text = nullptr;
-    if (pretty) {
-        const OGRErr error = m_pSRS->exportToPrettyWkt(&text, FALSE);
-        LmString pretty = TakeOgrText(text);
-        return error == OGRERR_NONE ? pretty : LmString();
-    }
-    if (m_strWKT.empty()) {
-        const OGRErr error = m_pSRS->exportToWkt(&text);
-        LmString exported = TakeOgrText(text);
-        if (error == OGRERR_NONE) m_strWKT = exported;
-    }
+    if (pretty) return _ExportedText([this](char** text) { return m_pSRS->exportToPrettyWkt(text, FALSE); });
+    if (m_strWKT.empty()) m_strWKT = _ExportedText([this](char** text) { return m_pSRS->exportToWkt(text); });
     return m_strWKT;
 }
 
 LmString LmSpatialReference::ExportToXml() const {
     if (m_pSRS == nullptr) return "";
-    LmQuietGdalErrors quiet;
-    char* text = nullptr;
-    const OGRErr error = m_pSRS->exportToXML(&text, nullptr);
-    LmString xml = TakeOgrText(text);
-    return error == OGRERR_NONE ? xml : LmString();
+    return _ExportedText([this](char** text) { return m_pSRS->exportToXML(text, nullptr); });
 }
 
 LmString LmSpatialReference::ExportToProj4() const {
     if (m_pSRS == nullptr) return "";
-    LmQuietGdalErrors quiet;
-    char* text = nullptr;
-    const OGRErr error = m_pSRS->exportToProj4(&text);
-    LmString proj4 = TakeOgrText(text);
-    return error == OGRERR_NONE ? proj4 : LmString();
+    return _ExportedText([this](char** text) { return m_pSRS->exportToProj4(text); });
 }
 
 LmSmarterPtr<LmSpatialReference> LmSpatialReference::Geographic() {
@@ -165,10 +158,8 @@ LmSmarterPtr<LmSpatialReference> LmSpatialReference::Geographic() {
     if (IsGeographic()) return LmSmarterPtr<LmSpatialReference>(this);
     const OGR_SRSNode* geogcs = m_pSRS->GetAttrNode("GEOGCS");
     if (geogcs == nullptr) return LmSmarterPtr<LmSpatialReference>();
-    char* text = nullptr;
-    const OGRErr error = geogcs->exportToWkt(&text);
-    const LmString wkt = TakeOgrText(text);
-    if (error != OGRERR_NONE || wkt.empty()) return LmSmarterPtr<LmSpatialReference>();
+    const LmString wkt = _ExportedText([geogcs](char** text) { return geogcs->exportToWkt(text); });
+    if (wkt.empty()) return LmSmarterPtr<LmSpatialReference>();
     return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(wkt.c_str(), eWKT));
 }
 
