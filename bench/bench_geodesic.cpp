@@ -41,7 +41,7 @@ void BM_ComputeGeodesic(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * (kPoints - 1));
     state.SetLabel(threads > 0 ? "1 thread" : "default team");
 }
-BENCHMARK(BM_ComputeGeodesic)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_ComputeGeodesic)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
 
 void BM_PlainGeodInverseLoop(benchmark::State& state) {
     geod_geodesic g;
@@ -58,6 +58,6 @@ void BM_PlainGeodInverseLoop(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * (kPoints - 1));
 }
-BENCHMARK(BM_PlainGeodInverseLoop)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_PlainGeodInverseLoop)->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
 
 }  // namespace

@@ -12,6 +12,7 @@ endif()
 function(lm_apply_compiler_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra)
   set_target_properties(${target} PROPERTIES
-    CXX_VISIBILITY_PRESET default
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON)
 endfunction()

@@ -1,4 +1,4 @@
-# Installs headers, both libraries, the data folder, a CMake package and a
+# Installs headers, both libraries, a CMake package and a
 # pkg-config file, so consumers can use either find_package or pkg-config.
 include(CMakePackageConfigHelpers)
 
@@ -9,9 +9,7 @@ install(TARGETS lmutility lmspatialreference
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/lmspatialreference DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-if(EXISTS ${PROJECT_SOURCE_DIR}/data/coordinatesystem)
-  install(DIRECTORY data/coordinatesystem DESTINATION data)
-endif()
+# The data folder is installed by datagen/, which generates it.
 
 set(_lm_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/LmSpatialReference)
 install(EXPORT LmSpatialReferenceTargets

@@ -119,10 +119,11 @@ const double* LmAffineCoordinateTransformation::TargetPoint() const {
 bool LmAffineCoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
     const double* m = m_elements;
     auto transformPoint = [=](int i) {
-        const double u = x[i * step];
-        const double v = y[i * step];
-        x[i * step] = m[0] * u + m[2] * v + m[4];
-        y[i * step] = m[1] * u + m[3] * v + m[5];
+        const std::ptrdiff_t at = PointIndex(i, step);
+        const double u = x[at];
+        const double v = y[at];
+        x[at] = m[0] * u + m[2] * v + m[4];
+        y[at] = m[1] * u + m[3] * v + m[5];
     };
     if (count > _serialPointLimit) {
         ParallelPoints(count, transformPoint);

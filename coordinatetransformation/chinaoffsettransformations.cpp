@@ -4,6 +4,7 @@
 #include <lmspatialreference/coordinatetransformation.h>
 #include <lmspatialreference/geodesics.h>
 
+#include "coordinatetransformation/chinaoffsetformula.h"
 #include "coordinatetransformation/parallelbatch.h"
 
 #include <cmath>
@@ -29,9 +30,14 @@ double _QuarterSquaredDistance(double dx, double dy) { return (dx * dx + dy * dy
 template <class Handle>
 bool _ForEachPoint(double* x, double* y, int count, int step, Handle&& handle) {
     if (x == nullptr || y == nullptr) return false;
-    ParallelPoints(count, [&](int i) {
-        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(i) * step;
-        handle(x[at], y[at]);
+    // Each block copies what it reads into locals of its own: fields of the
+    // shared closure would be reloaded after every opaque call to sin.
+    ParallelBlocks(count, [x, y, step, handle](int begin, int end) {
+        double* const px = x;
+        double* const py = y;
+        const std::ptrdiff_t stride = step;
+        const std::ptrdiff_t last = PointIndex(end, step);
+        for (std::ptrdiff_t at = PointIndex(begin, step); at < last; at += stride) handle(px[at], py[at]);
     });
     return true;
 }
@@ -61,23 +67,12 @@ LmGeodesic _Krasovsky() { return LmGeodesic(6378245.0, 298.3); }
 
 bool LmWGS84ToGCJ02CoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
     return _ForEachPoint(x, y, count, step, [](double& px, double& py) {
-        if (outOfChina(px, py)) return;
-        const double in[2] = {px, py};
-        double out[2];
-        WGS84ToGCJ02(in, out, nullptr);
-        px = out[0];
-        py = out[1];
+        if (!ChinaOffset::OutOfChina(px, py)) ChinaOffset::ToGCJ02(px, py);
     });
 }
 
 bool LmWGS84ToBD09CoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
-    return _ForEachPoint(x, y, count, step, [](double& px, double& py) {
-        const double in[2] = {px, py};
-        double out[2];
-        WGS84ToBD09(in, out, nullptr);
-        px = out[0];
-        py = out[1];
-    });
+    return _ForEachPoint(x, y, count, step, [](double& px, double& py) { ChinaOffset::ToBD09(px, py); });
 }
 
 LmGCJ02ToWGS84CoordinateTransformation::LmGCJ02ToWGS84CoordinateTransformation(double precision) {

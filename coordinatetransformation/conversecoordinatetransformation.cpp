@@ -24,7 +24,8 @@ bool LmConverseCoordinateTransformation::Transformation(double* x, double* y, do
     LmCoordinatePrecision* precisionObject = m_precisionObject;
     const double precision = m_precision;
     ParallelPoints(count, [=](int i) {
-        const double point[2] = {x[i * step], y[i * step]};
+        const std::ptrdiff_t at = PointIndex(i, step);
+        const double point[2] = {x[at], y[at]};
         // A tolerance from the precision object is a distance and is squared;
         // the stored precision is taken as a squared distance as it is.
         double tolerance = precision;
@@ -35,8 +36,8 @@ bool LmConverseCoordinateTransformation::Transformation(double* x, double* y, do
         if (!(tolerance > 0.0)) return;
         double estimate[2] = {point[0], point[1]};
         if (!xymap_r(2, point, estimate, ConverseCoordinateTransform, tolerance, forward)) return;
-        x[i * step] = estimate[0];
-        y[i * step] = estimate[1];
+        x[at] = estimate[0];
+        y[at] = estimate[1];
     });
     return true;
 }

@@ -1,5 +1,7 @@
 #include <lmspatialreference/coordinatetransformation.h>
 
+#include <cstddef>
+
 namespace Lumora {
 namespace Kernel {
 
@@ -12,6 +14,13 @@ bool LmCoordinateTransformationCombination::Transformation(double* x, double* y,
         if (!member || !member->Transformation(x, y, z, count, step)) return false;
     }
     return true;
+}
+
+int LmCoordinateTransformationCombination::MemberCount() const { return static_cast<int>(m_members.size()); }
+
+LmCoordinateTransformation* LmCoordinateTransformationCombination::Member(int i) const {
+    if (i < 0 || i >= MemberCount()) return nullptr;
+    return m_members[static_cast<std::size_t>(i)];
 }
 
 }  // namespace Kernel

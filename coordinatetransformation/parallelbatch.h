@@ -6,6 +6,8 @@
 
 #include <omp.h>
 
+#include <cstddef>
+
 namespace Lumora {
 namespace Kernel {
 
@@ -33,9 +35,19 @@ inline LmPointBlock PointBlockOfThread(int count, int threads, int thread) {
 // has a non-empty block of [0, count). Blocks never overlap, so a block may
 // write the points it owns freely. An exception escaping a block ends the
 // process, as OpenMP regions do.
+//
+// Where the team could only have one thread (a single point, a team size of
+// one, or a call from inside a region that may not nest further) the block
+// runs on the calling thread without opening a region: the same work in the
+// same order, without the region's cost, which a mapping evaluated point by
+// point inside an iterative inverse would otherwise pay at every step.
 template <class Block>
 void ParallelBlocks(int count, Block&& block) {
     if (count <= 0) return;
+    if (count == 1 || omp_get_max_threads() == 1 || omp_get_active_level() >= omp_get_max_active_levels()) {
+        block(0, count);
+        return;
+    }
 #pragma omp parallel
     {
         const LmPointBlock range = PointBlockOfThread(count, omp_get_num_threads(), omp_get_thread_num());
@@ -64,6 +76,11 @@ void ParallelPoints(int count, Point&& point) {
         for (int i = begin; i < end; ++i) point(i);
     });
 }
+
+// The array index of point i of a batch with the given step, computed in 64
+// bits: a batch whose count times step passes 2^31 is still addressed right.
+// Every batch, serial or parallel, indexes its points through this.
+inline std::ptrdiff_t PointIndex(int i, int step) { return static_cast<std::ptrdiff_t>(i) * step; }
 
 }  // namespace Kernel
 }  // namespace Lumora

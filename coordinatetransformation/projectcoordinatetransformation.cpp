@@ -1,9 +1,9 @@
 #include <lmspatialreference/coordinatetransformation.h>
 
+#include "coordinatetransformation/blockprojection.h"
 #include "coordinatetransformation/parallelbatch.h"
 #include "spatialreference/ogrsupport.h"
 
-#include <cstddef>
 #include <mutex>
 
 namespace Lumora {
@@ -11,20 +11,8 @@ namespace Kernel {
 
 namespace {
 
-// Transforms the points [begin, end) one GDAL call each and counts the
-// successes. GDAL's reports about refused points are silenced: the count is
-// the caller's only news of them.
-int _TransformBlock(OGRCoordinateTransformation* handle, double* x, double* y, double* z, int begin, int end,
-                    int step) {
-    LmQuietGdalErrors quiet;
-    int successes = 0;
-    for (int i = begin; i < end; ++i) {
-        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(i) * step;
-        int success = FALSE;
-        handle->Transform(1, x + at, y + at, z ? z + at : nullptr, nullptr, &success);
-        if (success) ++successes;
-    }
-    return successes;
+Utility::LmConfig _Switches() {
+    return Utility::LmGlobeConfig::Instance()["SpatialReference"]["ProjectCoordinateTransformation"];
 }
 
 }  // namespace
@@ -32,11 +20,10 @@ int _TransformBlock(OGRCoordinateTransformation* handle, double* x, double* y, d
 LmProjectCoordinateTransformation::LmProjectCoordinateTransformation(LmSpatialReference* source,
                                                                      LmSpatialReference* target)
     : m_pHandle(nullptr),
-      m_bParallel(Utility::LmGlobeConfig::Instance()["SpatialReference"]["ProjectCoordinateTransformation"]
-                      ["Parallel"]
-                          .BoolValue(false)),
+      m_bParallel(_Switches()["Parallel"].BoolValue(false)),
       m_pSource(source),
-      m_pTarget(target) {
+      m_pTarget(target),
+      m_bBlockCalls(_Switches()["BlockCalls"].BoolValue(false)) {
     CreateHandle();
 }
 
@@ -75,21 +62,25 @@ void LmProjectCoordinateTransformation::CreateHandle() {
 // threads of a parallel batch each work on their own copy; callers sharing
 // one object take turns on the handle, for whole serial batches and for the
 // copies.
+//
+// Block mode only changes how many points go into one GDAL call; both modes
+// give the same coordinates and count (see blockprojection.h).
 bool LmProjectCoordinateTransformation::Transformation(double* x, double* y, double* z, int count, int step) {
     if (m_pHandle == nullptr) return false;
+    const auto transform = m_bBlockCalls ? TransformInBlocks : TransformPointByPoint;
     if (!m_bParallel || count <= 1) {
         std::lock_guard<std::mutex> turn(m_handleTurn);
-        return _TransformBlock(m_pHandle, x, y, z, 0, count, step) == count;
+        return transform(m_pHandle, x, y, z, 0, count, step) == count;
     }
 
-    const int successes = ParallelSum<int>(count, [this, x, y, z, step](int begin, int end) {
+    const int successes = ParallelSum<int>(count, [this, transform, x, y, z, step](int begin, int end) {
         LmOwnedCoordinateTransformation own;
         {
             std::lock_guard<std::mutex> turn(m_handleTurn);
             LmQuietGdalErrors quiet;
             own.reset(m_pHandle->Clone());
         }
-        return own ? _TransformBlock(own.get(), x, y, z, begin, end, step) : 0;
+        return own ? transform(own.get(), x, y, z, begin, end, step) : 0;
     });
     return successes == count;
 }

@@ -2,6 +2,8 @@
 // working vectors live on the stack, which bounds the size of a point.
 #include <lmspatialreference/coordinatetransformation.h>
 
+#include "coordinatetransformation/xymapsteps.h"
+
 #include <cmath>
 
 namespace Lumora {

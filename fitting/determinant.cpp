@@ -2,6 +2,7 @@
 // so that removing a row costs one pointer move.
 #include <lmspatialreference/fitting.h>
 
+#include "fitting/matrixkitsteps.h"
 #include "scratchblock.h"
 
 #include <cmath>

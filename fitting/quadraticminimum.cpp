@@ -3,6 +3,7 @@
 // coefficients...) and read the unknowns of observed + sum(coefficient * x) = 0.
 #include <lmspatialreference/fitting.h>
 
+#include "fitting/matrixkitsteps.h"
 #include "scratchblock.h"
 
 #include <cfloat>

@@ -8,6 +8,8 @@ packages=(
   cmake g++ make pkg-config
   libgdal-dev libproj-dev libtinyxml2-dev
   libgtest-dev libbenchmark-dev
+  # The Python module, its tests and the API reference.
+  python3-dev pybind11-dev python3-numpy python3-pytest python3-dask python3-distributed doxygen
   "$@"
 )
 

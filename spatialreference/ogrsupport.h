@@ -9,6 +9,8 @@
 #include <cpl_vsi.h>
 #include <ogr_spatialref.h>
 
+#include <cmath>
+
 #include <memory>
 #include <string>
 
@@ -81,6 +83,16 @@ inline Utility::LmString TakeOgrText(char* text) {
 inline const char* FirstChildValue(const OGR_SRSNode* node, const char* defaultValue) {
     if (node == nullptr || node->GetChildCount() < 1) return defaultValue;
     return node->GetChild(0)->GetValue();
+}
+
+// PROJ 9.1 wraps longitudes by repeated subtraction of 2 pi, so an inverse
+// projection of x = 1e17 m takes seconds and of 1e300 m never returns. No
+// coordinate of any reference on Earth comes near 1e12 (metres, feet or
+// degrees), so points beyond it are refused before they reach GDAL; NaN and
+// infinities pass, since PROJ answers those at once.
+inline bool WithinProjReach(double x, double y) {
+    constexpr double kFarthest = 1e12;
+    return !(std::fabs(x) > kFarthest || std::fabs(y) > kFarthest);
 }
 
 }  // namespace Kernel

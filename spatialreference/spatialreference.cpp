@@ -1,4 +1,5 @@
 #include <lmspatialreference/spatialreference.h>
+#include <lmspatialreference/legacyparameters.h>
 
 #include "spatialreference/ogrsupport.h"
 
@@ -69,9 +70,18 @@ LmSpatialReference::LmSpatialReference(const char* text, LmSpatialReferenceForma
     m_strWKT = text;
     switch (format) {
         case eAutoDetect:
-            // The legacy parameter text is tried first here; WKT is its fallback.
-            _Adopt(_NewFromWkt(text));
+        case eLegacyParameters: {
+            // A text that splits into too few fields is not a legacy record;
+            // auto-detection then reads it as WKT.
+            tag_Projection_Param record;
+            if (record.FromString(text)) {
+                _Adopt(record.ToGdal());
+                if (m_pSRS != nullptr) m_strWKT.clear();
+            } else if (format == eAutoDetect) {
+                _Adopt(_NewFromWkt(text));
+            }
             break;
+        }
         case eWKT:
         case eWKTOther:
             _Adopt(_NewFromWkt(text));
@@ -86,9 +96,6 @@ LmSpatialReference::LmSpatialReference(const char* text, LmSpatialReferenceForma
             m_strWKT.clear();
             break;
         }
-        case eLegacyParameters:
-            // The legacy parameter reader plugs in here; until then the reference stays null.
-            break;
     }
 }
 
@@ -128,11 +135,25 @@ LmString LmSpatialReference::Projection() const {
     return FirstChildValue(m_pSRS->GetAttrNode("PROJECTION"), "");
 }
 
-double LmSpatialReference::EquatorialRadiusA() const { return m_pSRS ? m_pSRS->GetSemiMajor() : 0.0; }
+// A reference without an ellipsoid (a local CS) makes PROJ report an error
+// before OGR answers with its default, so the question is asked quietly.
+double LmSpatialReference::EquatorialRadiusA() const {
+    if (m_pSRS == nullptr) return 0.0;
+    LmQuietGdalErrors quiet;
+    return m_pSRS->GetSemiMajor();
+}
 
-double LmSpatialReference::PolarRadiusB() const { return m_pSRS ? m_pSRS->GetSemiMinor() : 0.0; }
+double LmSpatialReference::PolarRadiusB() const {
+    if (m_pSRS == nullptr) return 0.0;
+    LmQuietGdalErrors quiet;
+    return m_pSRS->GetSemiMinor();
+}
 
-double LmSpatialReference::FlattenInverseF() const { return m_pSRS ? m_pSRS->GetInvFlattening() : 0.0; }
+double LmSpatialReference::FlattenInverseF() const {
+    if (m_pSRS == nullptr) return 0.0;
+    LmQuietGdalErrors quiet;
+    return m_pSRS->GetInvFlattening();
+}
 
 double LmSpatialReference::MeanRadius() const { return (EquatorialRadiusA() + PolarRadiusB()) / 2.0; }
 
@@ -166,6 +187,7 @@ LmSmarterPtr<LmSpatialReference> LmSpatialReference::Geographic() {
 LmSmarterPtr<LmSpatialReference> LmSpatialReference::Clone() const {
     LmSmarterPtr<LmSpatialReference> clone(new LmSpatialReference(m_strWKT.c_str(), eWKT));
     clone->m_strName = m_strName;
+    clone->m_vecParameters = m_vecParameters;
     return clone;
 }
 

@@ -1,8 +1,7 @@
 #include <lmspatialreference/spatialreference.h>
 
+#include "spatialreference/ogrcompare.h"
 #include "spatialreference/ogrsupport.h"
-
-#include <cmath>
 
 namespace Lumora {
 namespace Kernel {
@@ -19,13 +18,6 @@ bool _SameRootName(const OGRSpatialReference* a, const OGRSpatialReference* b) {
 
 }  // namespace
 
-bool IsSameEllipsoid(const OGRSpatialReference* a, const OGRSpatialReference* b) {
-    if (std::fabs(a->GetSemiMajor() - b->GetSemiMajor()) > 0.001) return false;
-    if (std::fabs(a->GetSemiMinor() - b->GetSemiMinor()) > 0.001) return false;
-    if (std::fabs(a->GetInvFlattening() - b->GetInvFlattening()) > 1e-6) return false;
-    return std::fabs(a->GetPrimeMeridian() - b->GetPrimeMeridian()) < 0.001;
-}
-
 bool LmSpatialReference::IsSame(LmSpatialReference* other) const {
     if (other == nullptr) return false;
     if (m_pSRS == nullptr && other->m_pSRS == nullptr) return true;
@@ -37,15 +29,16 @@ bool LmSpatialReference::IsSame(LmSpatialReference* other) const {
 
 bool LmSpatialReference::IsSameProjCS(LmSpatialReference* other) const {
     if (other == nullptr || !IsProjected() || !other->IsProjected()) return false;
-    if (!IsSameEllipsoid(m_pSRS, other->m_pSRS)) return false;
-    if (_SameRootName(m_pSRS, other->m_pSRS)) return true;
-    return m_pSRS->IsSameVertCS(other->m_pSRS) != 0;
+    // Names first: the ellipsoid queries cost far more, and EPSG searches
+    // make this test against many references.
+    if (!_SameRootName(m_pSRS, other->m_pSRS) && !m_pSRS->IsSameVertCS(other->m_pSRS)) return false;
+    return IsSameEllipsoid(m_pSRS, other->m_pSRS);
 }
 
 bool LmSpatialReference::IsSameGeogCS(LmSpatialReference* other) const {
     if (other == nullptr || !IsGeographic() || !other->IsGeographic()) return false;
     if (m_pSRS->IsSameGeogCS(other->m_pSRS)) return true;
-    return IsSameEllipsoid(m_pSRS, other->m_pSRS) && _SameRootName(m_pSRS, other->m_pSRS);
+    return _SameRootName(m_pSRS, other->m_pSRS) && IsSameEllipsoid(m_pSRS, other->m_pSRS);
 }
 
 bool LmSpatialReference::IsSameParameter(LmSpatialReference* other) const {

@@ -12,8 +12,7 @@ namespace {
 
 // Both the names that appear in definitions and the enumerator names; the
 // three inch spellings deliberately share one code.
-bool _RegisterUnitNames() {
-    LmEnumType<LmUnits>& table = LmEnumType<LmUnits>::Instance();
+void _RegisterUnitNames(LmEnumType<LmUnits>& table) {
     table.Push("Meter", eMeter);
     table.Push("Degree", eDegree);
     table.Push("Kilometer", eKM);
@@ -28,11 +27,7 @@ bool _RegisterUnitNames() {
     table.Push("eCM", eCM);
     table.Push("eMM", eMM);
     table.Push("eInch", eInch);
-    return true;
 }
-
-// Filled once, when the library is loaded.
-const bool _unitNamesRegistered = _RegisterUnitNames();
 
 }  // namespace
 
@@ -46,4 +41,21 @@ LmUnits LmSpatialReference::Units() const {
 }
 
 }  // namespace Kernel
+
+namespace Utility {
+
+// Filled inside the first call rather than by a static initialiser, so the
+// table does not depend on when, or whether, the library's initialisers ran
+// before a program's first lookup. The local static makes the fill thread-safe.
+template <>
+LmEnumType<Kernel::LmUnits>& LmEnumType<Kernel::LmUnits>::Instance() {
+    static LmEnumType table = [] {
+        LmEnumType filled;
+        Kernel::_RegisterUnitNames(filled);
+        return filled;
+    }();
+    return table;
+}
+
+}  // namespace Utility
 }  // namespace Lumora

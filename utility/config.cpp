@@ -127,6 +127,15 @@ namespace {
 std::shared_ptr<LmConfigTree> _GlobalTree() {
     static const std::shared_ptr<LmConfigTree> tree = [] {
         auto fresh = std::make_shared<LmConfigTree>();
+        // The catalogue's relative default only works from one working
+        // folder, so the data folder installed beside the library is the
+        // built-in value; a file or a Set overrides it, a Clear drops it.
+        const LmString module = LmFileSystem::ModuleFileName();
+        if (!module.empty()) {
+            const LmDir installed(
+                LmFileSystem::Combine(LmFile(module.c_str()).Parent().FullPath().c_str(), "../data/coordinatesystem").c_str());
+            if (installed.Exists()) fresh->Set({"Kernel", "SpatialReference", "DataFolder"}, installed.FullPath());
+        }
         if (const char* file = std::getenv("LUMORA_CONFIG")) fresh->Load(file);
         return fresh;
     }();

@@ -4,6 +4,7 @@
 #ifndef LMSPATIALREFERENCE_EXPORT_H
 #define LMSPATIALREFERENCE_EXPORT_H
 
+// Gives a class or function default visibility, so the library exports it.
 #define LM_API __attribute__((visibility("default")))
 
 #endif  // LMSPATIALREFERENCE_EXPORT_H

@@ -9,6 +9,8 @@
 #ifndef LMSPATIALREFERENCE_GEODESICS_H
 #define LMSPATIALREFERENCE_GEODESICS_H
 
+#include <lmspatialreference/export.h>
+
 #include <geodesic.h>
 
 namespace Lumora {
@@ -18,7 +20,7 @@ class LmSpatialReference;
 
 // The inverse and direct problems on one ellipsoid. Copies are independent;
 // the const operations may run concurrently on one object.
-class LmGeodesic {
+class LM_API LmGeodesic {
 public:
     // The ellipsoid of semi-major axis a and flattening f. A second argument
     // greater than 1 is an inverse flattening, so 298.257223563 and
@@ -47,11 +49,12 @@ public:
     double ComputeGeodesic(const double* coords, int count, int dim) const;
 
 protected:
+    // GeographicLib's ellipsoid.
     geod_geodesic m_geodesic;
 };
 
 // Positions along one geodesic, given by its start point and azimuth.
-class LmGeodesicLine : public LmGeodesic {
+class LM_API LmGeodesicLine : public LmGeodesic {
 public:
     // What the line is set up to compute, with GeographicLib's values;
     // eNone gives its default: latitude, longitude, azimuth and distance input.
@@ -78,12 +81,13 @@ public:
     void Position(double s12, double* x, double* y, double* azi) const;
 
 protected:
+    // GeographicLib's line, set up once by the constructor.
     geod_geodesicline m_line;
 };
 
 // The area and perimeter of a polygon, or the length of a polyline, built
 // point by point or edge by edge. Adding points changes the object.
-class LmGeodesicPolygon : public LmGeodesic {
+class LM_API LmGeodesicPolygon : public LmGeodesic {
 public:
     // On the ellipsoid of sr, or of (a, f) read as by LmGeodesic. polyline
     // true: the points form an open polyline, which has no area.
@@ -101,7 +105,9 @@ public:
     unsigned Compute(bool reverse, bool sign, double* area, double* perimeter) const;
 
 protected:
+    // GeographicLib's accumulator of the points and edges added so far.
     geod_polygon m_polygon;
+    // True for an open polyline, which has no area.
     bool m_polyline;
 };
 

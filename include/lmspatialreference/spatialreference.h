@@ -8,7 +8,11 @@
 #ifndef LMSPATIALREFERENCE_SPATIALREFERENCE_H
 #define LMSPATIALREFERENCE_SPATIALREFERENCE_H
 
+#include <lmspatialreference/export.h>
+#include <lmspatialreference/units.h>
 #include <lmspatialreference/utility.h>
+
+#include <vector>
 
 class OGRSpatialReference;
 
@@ -18,6 +22,16 @@ namespace Kernel {
 using Utility::LmRefObject;
 using Utility::LmSmarterPtr;
 using Utility::LmString;
+
+// The descriptive records, defined in spatialreferencerecords.h.
+enum LmAxisOrientation : int;
+struct LmCoordinateSystem;
+struct LmCoordinateAxis;
+struct LmEllipsoid;
+struct LmDatum;
+struct LmCoordinateReferenceSystem;
+struct LmCoordinateConversionsRule;
+struct LmCoordinateConversionsParameter;
 
 // The definitions the library carries with it.
 enum LmWellKnownSpatialReference : int {
@@ -37,29 +51,24 @@ enum LmSpatialReferenceFormat : int {
     eLegacyParameters = 5,   // the legacy parameter text only
 };
 
-// Units of measure, by their EPSG unit-of-measure codes.
-enum LmUnits : int {
-    eMeter = 9001,
-    eDegree = 9102,
-    eKM = 9205,
-    eCM = 9204,
-    eMM = 9202,
-    eInch = 9203,
-    eSexagesimalDMS = 9110,
-    eUnity = 9201,
-};
-
 // A coordinate reference system. A reference whose OGR object could not be
 // built is "null": it stays usable and every query answers its null value
 // (false, 0.0, 0 or an empty text).
-class LmSpatialReference : public LmRefObject {
+class LM_API LmSpatialReference : public LmRefObject {
 public:
     // An unknown value writes "wkt is null" to standard output and gives a
     // null reference.
     explicit LmSpatialReference(LmWellKnownSpatialReference wellKnown);
     // A null or empty text gives a null reference. A reference read from WKT
-    // keeps that text and answers ExportToWKT(false) with it unchanged.
+    // keeps that text and answers ExportToWKT(false) with it unchanged. One
+    // read from the legacy parameter text (see legacyparameters.h) does not:
+    // ExportToWKT(false) gives OGR's text, and record types 0, 40 and 41 give
+    // an empty, non-null reference.
     LmSpatialReference(const char* text, LmSpatialReferenceFormat format);
+    // The reference of an EPSG code: its text in the library's EPSG table,
+    // else OGR's definition of the code. Null when the code is unknown, and
+    // for every code when the EPSG table cannot be loaded.
+    explicit LmSpatialReference(int epsg);
     ~LmSpatialReference() override;
 
     LmSpatialReference(const LmSpatialReference&) = delete;
@@ -67,17 +76,27 @@ public:
 
     // The owned OGR object, for code that hands it to GDAL; null when null.
     OGRSpatialReference* Handle();
+    // True when no OGR object could be built.
     bool IsNull() const;
+    // The kind of the definition; false for a null reference.
     bool IsGeographic() const;
     bool IsProjected() const;
     bool IsLocalCS() const;
+    // The EPSG code: OGR's authority code for the GEOGCS (geographic) or
+    // PROJCS node, else what OGR identifies, else the library's EPSG table
+    // search (g_SearchEPSG). 0 when none is found or the reference is null.
+    int EPSG() const;
 
     // The name given with Name(const char*), else the name in the definition.
     LmString Name() const;
     // Renames the object only: exports keep the name of the definition.
     void Name(const char* name);
+    // The ellipsoid's name, or an empty text.
     LmString Ellipsoid() const;
+    // The projection method's name; empty when not projected.
     LmString Projection() const;
+    // Semi-major and semi-minor axes in metres, and the inverse flattening
+    // (0 for a sphere); 0.0 for a null reference.
     double EquatorialRadiusA() const;
     double PolarRadiusB() const;
     double FlattenInverseF() const;
@@ -89,8 +108,11 @@ public:
 
     // Not pretty: the cached text, filled from OGR on first use. Pretty: OGR's
     // indented form, never cached.
+    // Empty for a null reference or when OGR cannot export.
     LmString ExportToWKT(bool pretty) const;
+    // GDAL's XML form; empty for a null reference or when OGR cannot export.
     LmString ExportToXml() const;
+    // The PROJ.4 form; empty for a null reference or when OGR cannot export.
     LmString ExportToProj4() const;
 
     // Itself when geographic, else a new reference of its geographic CS (a
@@ -105,13 +127,42 @@ public:
     // The same definition per OGR, or else the same CS name on the same
     // ellipsoid (projected) or the same geographic CS.
     bool IsSame(LmSpatialReference* other) const;
+    // Comparisons answer false when other is null or either reference is null
+    // (IsSame: true when both are null) or of another kind.
     // Same ellipsoid and same CS name (or the same vertical CS per OGR);
     // projection parameters are not compared.
     bool IsSameProjCS(LmSpatialReference* other) const;
+    // The same geographic CS per OGR, or else the same ellipsoid and CS name.
     bool IsSameGeogCS(LmSpatialReference* other) const;
     // Same ellipsoid, same projection and exactly equal values for every
     // projection parameter of this reference; used to identify EPSG codes.
     bool IsSameParameter(LmSpatialReference* other) const;
+
+    // Descriptive records (spatialreferencerecords.h). Each answers a record
+    // by value; a null reference answers codes -1 and empty texts wherever
+    // the derivation rules give nothing else.
+    //
+    // The name of axis i (clamped to 0 or 1) as GDAL answers it, and its
+    // orientation (written when not null); a reference without axes answers
+    // DefaultAxis. GDAL names the axes of a geographic reference read from an
+    // EPSG code "Geodetic latitude" and "Geodetic longitude", which the
+    // coordinate system table does not recognise (code 0).
+    LmString Axis(int i, LmAxisOrientation* orientation) const;
+    LmCoordinateSystem CoordinateSystem() const;
+    LmCoordinateAxis CoordinateAxis(int i) const;
+    LmEllipsoid EllipsoidInfo() const;
+    LmDatum Datum() const;
+    // Code is EPSG() for a geographic reference, else -1 with the name cut
+    // at its first "/" (the base CRS of names such as "WGS 84 / UTM zone 50N").
+    LmCoordinateReferenceSystem GeographicCoordinateReferenceSystem() const;
+    // Named after the first "/" of the reference's name.
+    LmCoordinateConversionsRule CoordinateConversionsRule() const;
+    // The projection parameters, read once and then kept (Clone copies
+    // them); none for a reference without a PROJCS node.
+    int CoordinateConversionsParameterCount() const;
+    // A copy of parameter i; an index outside the list answers a record with
+    // codes -1, an empty name and value 0.
+    LmCoordinateConversionsParameter CoordinateConversionsParameter(int i) const;
 
 private:
     void _Adopt(OGRSpatialReference* srs);
@@ -119,13 +170,13 @@ private:
     mutable LmString m_strWKT;
     OGRSpatialReference* m_pSRS;
     LmString m_strName;
+    mutable std::vector<LmCoordinateConversionsParameter> m_vecParameters;
 };
-
-// Equal semi-axes and prime meridians within 0.001 and equal inverse
-// flattenings within 1e-6.
-bool IsSameEllipsoid(const OGRSpatialReference* a, const OGRSpatialReference* b);
 
 }  // namespace Kernel
 }  // namespace Lumora
+
+// The records the builders above return.
+#include <lmspatialreference/spatialreferencerecords.h>
 
 #endif  // LMSPATIALREFERENCE_SPATIALREFERENCE_H

@@ -3,43 +3,14 @@
 #ifndef LMSPATIALREFERENCE_TESTS_PROJECTION_FIXTURES_H
 #define LMSPATIALREFERENCE_TESTS_PROJECTION_FIXTURES_H
 
-#include "tests/teamsize.h"
-
-#include <lmspatialreference/coordinatetransformation.h>
-
-#include <cpl_conv.h>
-#include <ogr_spatialref.h>
+#include "tests/fixtures.h"
 
 #include <cmath>
 
 namespace ProjectionTests {
 
-using namespace Lumora::Kernel;
+using namespace Fixtures;
 using Lumora::Utility::LmGlobeConfig;
-
-constexpr double kPi = 3.141592653589793;
-constexpr double kWgs84A = 6378137.0;
-constexpr double kWgs84InverseF = 298.257223563;
-
-// The WKT GDAL writes for an EPSG code, authority nodes (and, for geographic
-// CRSs, the latitude-first axes) included.
-inline LmString EpsgWkt(int code) {
-    OGRSpatialReference srs;
-    if (srs.importFromEPSG(code) != OGRERR_NONE) return "";
-    char* text = nullptr;
-    srs.exportToWkt(&text);
-    LmString wkt(text);
-    CPLFree(text);
-    return wkt;
-}
-
-inline LmSmarterPtr<LmSpatialReference> Reference(const char* text, LmSpatialReferenceFormat format = eWKT) {
-    return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(text, format));
-}
-
-inline LmSmarterPtr<LmSpatialReference> Reference(LmWellKnownSpatialReference wellKnown) {
-    return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(wellKnown));
-}
 
 // Turns the parallel switch on or off for the transformations built while it lives.
 class ParallelSwitch {
@@ -50,8 +21,6 @@ public:
 private:
     static constexpr const char* kKey = "SpatialReference/ProjectCoordinateTransformation/Parallel";
 };
-
-inline double Radians(double degrees) { return degrees * kPi / 180.0; }
 
 // Spherical (web) Mercator on a sphere of radius a.
 inline void SphericalMercator(double a, double lon, double lat, double& x, double& y) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/teamsize.h"
-
 #include <cmath>
 #include <vector>
 
@@ -132,43 +130,3 @@ TEST(AffineEstimation, FewerThanThreePointsChangeNothing) {
     _expect_elements(affine, kElements, 1e-12);
 }
 
-TEST(AffineTransformation, StepsAndStridesLeaveHeightsAlone) {
-    LmAffineCoordinateTransformation affine(kElements);
-    double expected[4];
-    _apply(kElements, 10.0, 20.0, expected);
-    _apply(kElements, -5.0, 7.0, expected + 2);
-
-    double xs[2] = {10, -5}, ys[2] = {20, 7}, xy[4] = {10, 20, -5, 7}, xyz[6] = {10, 20, 99, -5, 7, -99};
-    EXPECT_TRUE(affine.Transformation(xs, ys, 2, 1));
-    EXPECT_TRUE(affine.Transformation(xy, 2, 2));
-    EXPECT_TRUE(affine.Transformation(xyz, 2, 3));
-    for (int i = 0; i < 2; ++i) {
-        for (const double* got : {xs + i, xy + 2 * i, xyz + 3 * i}) EXPECT_DOUBLE_EQ(got[0], expected[2 * i]) << i;
-        for (const double* got : {ys + i, xy + 2 * i + 1, xyz + 3 * i + 1})
-            EXPECT_DOUBLE_EQ(got[0], expected[2 * i + 1]) << i;
-    }
-    EXPECT_EQ(xyz[2], 99.0);
-    EXPECT_EQ(xyz[5], -99.0);
-}
-
-TEST(AffineTransformation, SerialAndParallelBatchesAgree) {
-    TeamSize team(4);
-    LmAffineCoordinateTransformation affine(kElements);
-    std::vector<double> serial, parallel;
-    for (int i = 0; i < 10001; ++i) {
-        parallel.push_back(500000.0 + 0.37 * i);
-        parallel.push_back(3500000.0 - 1.13 * i);
-        parallel.push_back(i);
-    }
-    serial.assign(parallel.begin(), parallel.begin() + 3 * 10000);
-    double lastX = parallel[3 * 10000], lastY = parallel[3 * 10000 + 1];
-
-    EXPECT_TRUE(affine.Transformation(serial.data(), 10000, 3));
-    EXPECT_TRUE(affine.Transformation(parallel.data(), 10001, 3));
-    affine.Transformation(lastX, lastY);
-
-    for (int k = 0; k < 3 * 10000; ++k) ASSERT_EQ(serial[k], parallel[k]) << k;
-    EXPECT_EQ(parallel[3 * 10000], lastX);
-    EXPECT_EQ(parallel[3 * 10000 + 1], lastY);
-    EXPECT_EQ(parallel[3 * 10000 + 2], 10000.0);
-}

@@ -20,55 +20,36 @@ private:
     bool m_result;
 };
 
-}  // namespace
-
 TEST(Combination, MembersApplyInTheOrderAdded) {
-    LmSmarterPtr<LmCoordinateTransformationCombination> chain(new LmCoordinateTransformationCombination);
-    chain->Add(new LmAffineCoordinateTransformation(1.0, 0.0));
-    chain->Add(new LmAffineCoordinateTransformation(0.0, 1.0));
-    double x = 0.0, y = 0.0;
-    EXPECT_TRUE(chain->Transformation(x, y));
-    EXPECT_EQ(x, 1.0);
-    EXPECT_EQ(y, 1.0);
-
     // Translate then rotate differs from rotate then translate.
     LmCoordinateTransformationCombination translateThenRotate;
     translateThenRotate.Add(new LmAffineCoordinateTransformation(1.0, 0.0));
     translateThenRotate.Add(new LmAffineCoordinateTransformation(0.0, 0.0, 90.0));
-    x = 0.0;
-    y = 0.0;
-    translateThenRotate.Transformation(x, y);
+    double x = 0.0, y = 0.0;
+    EXPECT_TRUE(translateThenRotate.Transformation(x, y));
     EXPECT_NEAR(x, 0.0, 1e-15);
     EXPECT_NEAR(y, 1.0, 1e-15);
 }
 
-TEST(Combination, StopsAtTheFirstFailingMember) {
-    LmCoordinateTransformationCombination chain;
-    chain.Add(new Marker(true));
-    chain.Add(new Marker(false));
-    chain.Add(new Marker(true));
-    double xy[4] = {0, 0, 1, 1};
-    EXPECT_FALSE(chain.Transformation(xy, 2, 2));
-    EXPECT_EQ(xy[0], 200.0);
-    EXPECT_EQ(xy[2], 201.0);
-    EXPECT_EQ(xy[3], 1.0);
-
-    LmCoordinateTransformationCombination empty, withNull;
-    EXPECT_TRUE(empty.Transformation(xy, 2, 2));  // an empty chain succeeds without changes
-    EXPECT_EQ(xy[0], 200.0);
-    withNull.Add(new Marker(true));
-    withNull.Add(nullptr);
-    EXPECT_FALSE(withNull.Transformation(xy, 2, 2));  // a null member fails instead of crashing
-    EXPECT_EQ(xy[0], 300.0);
-}
-
-TEST(Combination, HoldsItsMembersUntilItDies) {
-    LmSmarterPtr<LmCoordinateTransformation> member(new Marker(true));
+TEST(Combination, StopsAtTheFirstFailingOrNullMemberAndHoldsItsMembers) {
+    LmSmarterPtr<LmCoordinateTransformation> succeeding(new Marker(true));
     {
-        LmCoordinateTransformationCombination chain;
-        chain.Add(member);
-        chain.Add(member);
-        EXPECT_EQ(member->RefCount(), 3);
+        LmCoordinateTransformationCombination chain, empty, withNull;
+        chain.Add(succeeding);
+        chain.Add(new Marker(false));
+        chain.Add(succeeding);
+        EXPECT_EQ(succeeding->RefCount(), 3);
+        double xy[4] = {0, 0, 1, 1};
+        EXPECT_FALSE(chain.Transformation(xy, 2, 2));
+        EXPECT_TRUE(xy[0] == 200.0 && xy[2] == 201.0 && xy[3] == 1.0);
+        EXPECT_TRUE(empty.Transformation(xy, 2, 2));  // an empty chain succeeds without changes
+        EXPECT_EQ(xy[0], 200.0);
+        withNull.Add(succeeding);
+        withNull.Add(nullptr);
+        EXPECT_FALSE(withNull.Transformation(xy, 2, 2));  // a null member fails instead of crashing
+        EXPECT_EQ(xy[0], 300.0);
     }
-    EXPECT_EQ(member->RefCount(), 1);
+    EXPECT_EQ(succeeding->RefCount(), 1);
 }
+
+}  // namespace

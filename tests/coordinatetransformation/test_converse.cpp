@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/teamsize.h"
-
 #include <atomic>
 #include <cmath>
 #include <vector>
@@ -97,35 +95,6 @@ TEST(Converse, StoredPrecisionIsSquaredAlreadyButAPrecisionObjectsToleranceIsSqu
             EXPECT_EQ(precision->calls.load(), 1);
             EXPECT_EQ(precision->lastDefault.load(), c.stored);  // the stored value is the default handed over
         }
-    }
-}
-
-TEST(Converse, ParallelBatchMatchesPointByPoint) {
-    TeamSize team(4);
-    const double elements[6] = {0.9998, 0.0123, -0.0121, 1.0003, 25.75, -130.5};
-    LmSmarterPtr<LmCoordinateTransformation> forward(new LmAffineCoordinateTransformation(elements));
-    LmSmarterPtr<FixedPrecision> precision(new FixedPrecision(1e-9));
-    LmConverseCoordinateTransformation converse(forward, precision, 0.0);
-    const int count = 999;
-    std::vector<double> xyz;
-    for (int i = 0; i < count; ++i) {
-        xyz.push_back(500000.0 + 13.7 * i);
-        xyz.push_back(3500000.0 - 7.9 * i);
-        xyz.push_back(-i);
-    }
-    std::vector<double> batch = xyz;
-    EXPECT_TRUE(converse.Transformation(batch.data(), count, 3));
-    EXPECT_EQ(precision->calls.load(), count);
-
-    for (int i = 0; i < count; ++i) {
-        double x = xyz[3 * i], y = xyz[3 * i + 1];
-        converse.Transformation(x, y);
-        ASSERT_EQ(batch[3 * i], x) << i;
-        ASSERT_EQ(batch[3 * i + 1], y) << i;
-        ASSERT_EQ(batch[3 * i + 2], -i) << i;
-        double image[2];
-        forward->Transformation(&batch[3 * i], 1, 2, image);
-        ASSERT_LE(std::hypot(image[0] - xyz[3 * i], image[1] - xyz[3 * i + 1]), 1e-9) << i;
     }
 }
 

@@ -1,3 +1,5 @@
+// The division of a batch among threads. What the blocks do to points is
+// checked through the transformations (test_batches.cpp).
 #include "coordinatetransformation/parallelbatch.h"
 
 #include "tests/teamsize.h"
@@ -5,31 +7,26 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <vector>
 
 using namespace Lumora::Kernel;
 
 namespace {
 
-TEST(PointBlockOfThread, FirstThreadsTakeOneMorePoint) {
+TEST(PointBlockOfThread, BlocksTileTheBatchInThreadOrderWithTheFirstThreadsTakingOneMore) {
     // 10 points over 4 threads: 3, 3, 2, 2.
     const int expected[4][2] = {{0, 3}, {3, 6}, {6, 8}, {8, 10}};
     for (int t = 0; t < 4; ++t) {
         const LmPointBlock block = PointBlockOfThread(10, 4, t);
-        EXPECT_EQ(block.begin, expected[t][0]) << t;
-        EXPECT_EQ(block.end, expected[t][1]) << t;
+        EXPECT_TRUE(block.begin == expected[t][0] && block.end == expected[t][1]) << t;
     }
-}
-
-TEST(PointBlockOfThread, BlocksTileTheBatchExactlyInThreadOrder) {
     for (int threads = 1; threads <= 9; ++threads) {
         for (int count = 0; count <= 40; ++count) {
             int next = 0;
             for (int t = 0; t < threads; ++t) {
                 const LmPointBlock block = PointBlockOfThread(count, threads, t);
+                const int size = block.end - block.begin;
                 ASSERT_EQ(block.begin, next) << count << " points, thread " << t << " of " << threads;
-                ASSERT_GE(block.end, block.begin);
-                ASSERT_LE(block.end - block.begin, count / threads + 1);
+                ASSERT_EQ(size, count / threads + (t < count % threads)) << count << " points, thread " << t;
                 next = block.end;
             }
             ASSERT_EQ(next, count);
@@ -37,66 +34,35 @@ TEST(PointBlockOfThread, BlocksTileTheBatchExactlyInThreadOrder) {
     }
 }
 
-TEST(ParallelBatch, EveryPointIsVisitedOnceInAscendingOrderWithinItsBlock) {
-    TeamSize team(3);
-    const int count = 1001;
-    std::vector<int> visits(count, 0);
-    std::vector<int> order(count, -1);
-    std::atomic<int> blocks{0};
-    ParallelBlocks(count, [&](int begin, int end) {
-        ++blocks;
-        int previous = begin - 1;
-        for (int i = begin; i < end; ++i) {
-            ++visits[i];
-            order[i] = previous + 1 == i ? 1 : 0;
-            previous = i;
-        }
-    });
-    EXPECT_EQ(blocks.load(), 3);
-    for (int i = 0; i < count; ++i) {
-        ASSERT_EQ(visits[i], 1) << i;
-        ASSERT_EQ(order[i], 1) << i;
-    }
-    // Single points are handed out one by one.
-    ParallelPoints(count, [&](int i) { visits[i] += i; });
-    for (int i = 0; i < count; ++i) ASSERT_EQ(visits[i], 1 + i) << i;
-}
-
-TEST(ParallelBatch, MoreThreadsThanPointsLeavesTheExtraThreadsIdle) {
+TEST(ParallelBatch, SumsAddEachNonEmptyBlockOnceAndEmptyBatchesDoNothing) {
     TeamSize team(8);
     std::atomic<int> blocks{0};
-    const int successes = ParallelSum<int>(3, [&](int begin, int end) {
-        ++blocks;
-        EXPECT_EQ(end - begin, 1);
-        return end - begin;
-    });
-    EXPECT_EQ(successes, 3);
-    EXPECT_EQ(blocks.load(), 3);
-}
-
-TEST(ParallelBatch, SumsAddEachThreadsResultOnce) {
-    TeamSize team(4);
-    const int count = 100000;
-    std::atomic<int> blocks{0};
-    const long successes = ParallelSum<long>(count, [&](int begin, int end) {
-        ++blocks;
-        long odd = 0;
-        for (int i = begin; i < end; ++i) odd += i % 2;
-        return odd;
-    });
-    EXPECT_EQ(successes, count / 2);
-    EXPECT_EQ(blocks.load(), 4);
-
-    const double total = ParallelSum<double>(count, [](int begin, int end) { return double(end - begin); });
-    EXPECT_EQ(total, count);
-}
-
-TEST(ParallelBatch, EmptyAndNegativeBatchesDoNothing) {
+    EXPECT_EQ(ParallelSum<long>(3, [&](int begin, int end) { return ++blocks, long(end - begin); }), 3);
+    EXPECT_EQ(blocks.load(), 3);  // threads beyond the points stay idle
+    EXPECT_EQ(ParallelSum<double>(100000, [](int begin, int end) { return double(end - begin); }), 100000.0);
     bool called = false;
-    ParallelBlocks(0, [&](int, int) { called = true; });
     ParallelPoints(-5, [&](int) { called = true; });
     EXPECT_FALSE(called);
-    EXPECT_EQ(ParallelSum<int>(-1, [](int, int) { return 1; }), 0);
+    EXPECT_EQ(ParallelSum<int>(0, [](int, int) { return 1; }), 0);
+}
+
+// A batch run from inside a region that may not nest (a mapping evaluated
+// point by point in an iterative inverse) takes the whole batch as one block
+// on the calling thread, as a nested team of one would.
+TEST(ParallelBatch, BatchesInsideARegionRunWholeOnTheirThread) {
+    TeamSize team(2);
+    const int levels = omp_get_max_active_levels();
+    omp_set_max_active_levels(1);
+    std::vector<int> callers(2, 0);
+#pragma omp parallel num_threads(2)
+    {
+        const int outer = omp_get_thread_num();
+        ParallelBlocks(50, [&](int begin, int end) {
+            if (begin == 0 && end == 50 && omp_get_thread_num() == outer) ++callers[outer];
+        });
+    }
+    omp_set_max_active_levels(levels);
+    EXPECT_EQ(callers, std::vector<int>({1, 1}));
 }
 
 }  // namespace

@@ -71,26 +71,16 @@ TEST(ProjectionAxisOrder, HoldsForClonesAndGeographicParts) {
     }
 }
 
-TEST(Projection, WebMercatorIsTheSphericalClosedFormForSinglePointsStepsAndHeights) {
+TEST(Projection, WebMercatorIsTheSphericalClosedFormAndKeepsHeights) {
     LmProjectCoordinateTransformation toWebMercator(Reference(eWGS84), Reference(eWebMercator));
-    const int n = 5;
-    const double points[n][2] = {{0.0, 0.0}, {116.391, 39.907}, {-70.6, -33.45}, {179.9, 84.0}, {-180.0, -85.0}};
-    double x[n], y[n], xyz[3 * n];
-    for (int i = 0; i < n; ++i) {
-        x[i] = xyz[3 * i] = points[i][0];
-        y[i] = xyz[3 * i + 1] = points[i][1];
-        xyz[3 * i + 2] = 50.0 + i;
-    }
-    ASSERT_TRUE(toWebMercator.Transformation(x, y, n, 1));
-    ASSERT_TRUE(toWebMercator.Transformation(xyz, n, 3));
-    for (int i = 0; i < n; ++i) {
-        SCOPED_TRACE(testing::Message() << points[i][0] << ", " << points[i][1]);
-        double single[2] = {points[i][0], points[i][1]}, expectedX, expectedY;
-        ASSERT_TRUE(toWebMercator.Transformation(single[0], single[1]));
-        SphericalMercator(kWgs84A, points[i][0], points[i][1], expectedX, expectedY);
-        for (const double got : {single[0], x[i], xyz[3 * i]}) EXPECT_NEAR(got, expectedX, 1e-6);
-        for (const double got : {single[1], y[i], xyz[3 * i + 1]}) EXPECT_NEAR(got, expectedY, 1e-6);
-        EXPECT_EQ(xyz[3 * i + 2], 50.0 + i);
+    const double points[][2] = {{0.0, 0.0}, {116.391, 39.907}, {-70.6, -33.45}, {179.9, 84.0}, {-180.0, -85.0}};
+    for (const auto& p : points) {
+        double xyz[3] = {p[0], p[1], 50.0}, expectedX, expectedY;
+        ASSERT_TRUE(toWebMercator.Transformation(xyz, 1, 3));
+        SphericalMercator(kWgs84A, p[0], p[1], expectedX, expectedY);
+        EXPECT_NEAR(xyz[0], expectedX, 1e-6) << p[0] << ", " << p[1];
+        EXPECT_NEAR(xyz[1], expectedY, 1e-6) << p[0] << ", " << p[1];
+        EXPECT_EQ(xyz[2], 50.0);
     }
 }
 

@@ -49,10 +49,16 @@ void ExpectHelmert(LmCoordinateTransformation& transformation, double sourceA, d
     EXPECT_NEAR(result.lat, expectedLat, 1e-8) << lon << ", " << lat;
 }
 
-TEST(ParameterProjection, PositionVectorMatchesTheHelmertClosedForm) {
-    auto shift = BeijingShift(ePositionVector7Parameter, kShift);
-    for (const Shifted point : {Shifted{116.4, 39.9}, Shifted{87.6, 43.8}, Shifted{121.5, 25.0}})
-        ExpectHelmert(*shift, kKrassowskyA, kKrassowskyInverseF, kShift, point.lon, point.lat);
+TEST(ParameterProjection, PositionVectorAndTranslationMatchTheHelmertClosedForm) {
+    // Three parameters read only the translations, whatever follows them.
+    const double translation[7] = {-12.3, -118.6, -35.4, 99.0, 99.0, 99.0, 99.0};
+    const double translationOnly[7] = {-12.3, -118.6, -35.4, 0, 0, 0, 0};
+    auto sevenParameters = BeijingShift(ePositionVector7Parameter, kShift);
+    auto threeParameters = BeijingShift(eGeocentricTranslation3Parameter, translation);
+    for (const Shifted point : {Shifted{116.4, 39.9}, Shifted{87.6, 43.8}, Shifted{121.5, 25.0}}) {
+        ExpectHelmert(*sevenParameters, kKrassowskyA, kKrassowskyInverseF, kShift, point.lon, point.lat);
+        ExpectHelmert(*threeParameters, kKrassowskyA, kKrassowskyInverseF, translationOnly, point.lon, point.lat);
+    }
 }
 
 TEST(ParameterProjection, CoordinateFrameReversesTheRotations) {
@@ -65,12 +71,6 @@ TEST(ParameterProjection, CoordinateFrameReversesTheRotations) {
     // The same numbers under the other convention land elsewhere (by metres).
     const Shifted c = Apply(*BeijingShift(eCoordinateFrame7Parameter, kShift), 116.4, 39.9);
     EXPECT_GT(std::fabs(c.lon - a.lon) + std::fabs(c.lat - a.lat), 1e-5);
-}
-
-TEST(ParameterProjection, ThreeParametersTranslateOnly) {
-    const double translation[7] = {-12.3, -118.6, -35.4, 99.0, 99.0, 99.0, 99.0};
-    const double expectedParameters[7] = {-12.3, -118.6, -35.4, 0, 0, 0, 0};
-    ExpectHelmert(*BeijingShift(eGeocentricTranslation3Parameter, translation), kKrassowskyA, kKrassowskyInverseF, expectedParameters, 116.4, 39.9);
 }
 
 TEST(ParameterProjection, ShiftAppliesToProjectedTargets) {
@@ -101,7 +101,14 @@ TEST(ParameterProjection, ShiftAppliesToReferencesWithAnEpsgCode) {
     ExpectHelmert(shift, kKrassowskyA, kKrassowskyInverseF, expectedParameters, 116.4, 39.9);
 }
 
-TEST(ParameterProjection, UnknownMethodsAndMissingParametersLeaveThePlainTransformation) {
+TEST(ParameterProjection, UnknownMethodsMissingParametersAndNullReferences) {
+    double x = 116.4, y = 39.9;
+    for (auto source : {LmSmarterPtr<LmSpatialReference>(), Reference("GEOGCS[", eWKT)}) {
+        LmParameterProjectCoordinateTransformation shift(source, Reference(eWGS84), ePositionVector7Parameter, kShift);
+        EXPECT_FALSE(shift.Transformation(x, y));
+    }
+    EXPECT_EQ(x, 116.4);
+    // The other two leave the plain transformation.
     auto source = Reference(kBeijing1954);
     auto target = Reference(eWGS84);
     LmProjectCoordinateTransformation plain(source, target);
@@ -147,14 +154,4 @@ TEST(ParameterProjection, TheCallersReferencesAreNotModified) {
     EXPECT_EQ(source->ExportToWKT(true), before);
     EXPECT_EQ(source->ExportToWKT(true).find("TOWGS84"), std::string::npos);
 }
-
-TEST(ParameterProjection, NullReferencesGiveNoTransformation) {
-    double x = 116.4, y = 39.9;
-    for (auto source : {LmSmarterPtr<LmSpatialReference>(), Reference("GEOGCS[", eWKT)}) {
-        LmParameterProjectCoordinateTransformation shift(source, Reference(eWGS84), ePositionVector7Parameter, kShift);
-        EXPECT_FALSE(shift.Transformation(x, y));
-    }
-    EXPECT_EQ(x, 116.4);
-}
-
 }  // namespace

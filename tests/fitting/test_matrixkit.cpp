@@ -44,45 +44,29 @@ TEST(VectorKit, SetLengthScalesOrRefusesTheZeroVector) {
     EXPECT_EQ(tiny[0], std::sqrt(1e-23));
 }
 
-TEST(MatrixKit, TransposeInPlaceAndIntoAnotherArray) {
-    double A[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
-    double B[9];
+TEST(MatrixKit, TransposesProductsAndRankOneUpdatesKeepRowsAndColumnsApart) {
+    double A[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9}, B[9];
     mat_turn(3, A, B);
-    mat_turn(3, A, A);
-    const double expected[9] = {1, 4, 7, 2, 5, 8, 3, 6, 9};
-    EXPECT_TRUE(std::equal(A, A + 9, expected));
-    EXPECT_TRUE(std::equal(B, B + 9, expected));
-}
+    mat_turn(3, A, A);  // in place
+    const double transposed[9] = {1, 4, 7, 2, 5, 8, 3, 6, 9};
+    EXPECT_TRUE(std::equal(A, A + 9, transposed) && std::equal(B, B + 9, transposed));
 
-TEST(MatrixKit, ProductsAndQuadraticForm) {
     double C[9];
     mat_mul(3, kUnimodular, kUnimodularInverse, C);
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j) EXPECT_EQ(C[i * 3 + j], i == j ? 1.0 : 0.0);
-
+    for (int k = 0; k < 9; ++k) EXPECT_EQ(C[k], k % 4 == 0 ? 1.0 : 0.0) << k;
     const double x[3] = {1, -1, 2};
     double y[3];
     mat_vec(3, kUnimodular, x, y);
-    EXPECT_EQ(y[0], 5.0);
-    EXPECT_EQ(y[1], 7.0);
-    EXPECT_EQ(y[2], -1.0);
+    EXPECT_TRUE(y[0] == 5.0 && y[1] == 7.0 && y[2] == -1.0);
     EXPECT_EQ(mat_vec_mul(3, kUnimodular, x), 5.0 - 7.0 - 2.0);
-}
 
-TEST(MatrixKit, RankOneUpdatesAreRowTimesColumn) {
-    const double x[2] = {1, 2};
-    const double y[2] = {3, 5};
-    double A[4] = {1, 1, 1, 1};
-    EXPECT_EQ(mat_add(2, A, x, y, 0.5), 2);
-    // A[i][j] += y[j] * x[i] * w
-    EXPECT_EQ(A[0], 1 + 1.5);
-    EXPECT_EQ(A[1], 1 + 2.5);
-    EXPECT_EQ(A[2], 1 + 3.0);
-    EXPECT_EQ(A[3], 1 + 5.0);
-
-    mat_vec_vec(2, x, y, A);
-    EXPECT_EQ(A[1], 3.5 + 5.0);
-    EXPECT_EQ(A[2], 4.0 + 6.0);
+    // A[i][j] += y[j] * x[i] * w, then without the weight.
+    const double u[2] = {1, 2}, v[2] = {3, 5};
+    double R[4] = {1, 1, 1, 1};
+    EXPECT_EQ(mat_add(2, R, u, v, 0.5), 2);
+    EXPECT_TRUE(R[0] == 2.5 && R[1] == 3.5 && R[2] == 4.0 && R[3] == 6.0);
+    mat_vec_vec(2, u, v, R);
+    EXPECT_TRUE(R[1] == 8.5 && R[2] == 10.0);
 }
 
 TEST(MatrixKit, SolveThroughThePermutationIndex) {

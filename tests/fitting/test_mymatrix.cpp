@@ -27,19 +27,13 @@ TEST(MyMatrix, ProductSumsRowsByColumns) {
     for (int k = 0; k < 6; ++k) EXPECT_EQ(mismatched.data[k], 0.0);
 }
 
-TEST(MyMatrix, TranspoteSwapsIndices) {
-    MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
-    MyMatrix t = a.transpote();
-    ASSERT_TRUE(t.rows == 3 && t.cols == 2);
-    for (int r = 0; r < 2; ++r)
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(t.getxy(c, r), a.getxy(r, c));
-}
-
 TEST(MyMatrix, NormalEquationsOfALineFit) {
     // Fit y = a + b x to (0, 1), (1, 3), (2, 5), (3, 7): exactly a = 1, b = 2.
     MyMatrix design = _matrix(4, 2, {1, 0, 1, 1, 1, 2, 1, 3});
     MyMatrix observed = _matrix(4, 1, {1, 3, 5, 7});
     MyMatrix transposed = design.transpote();
+    ASSERT_TRUE(transposed.rows == 2 && transposed.cols == 4);
+    for (int k = 0; k < 8; ++k) EXPECT_EQ(transposed.getxy(k % 2, k / 2), design.getxy(k / 2, k % 2));
     MyMatrix normal = transposed * design;
     MyMatrix inverse(2, 2);
     normal.inverse(inverse);

@@ -12,6 +12,7 @@ echo "== CMake package"
 cmake -S "$consumer_dir" -B "$work_dir/cmake-build" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$work_dir/cmake-build" >/dev/null
 "$work_dir/cmake-build/consumer"
+"$work_dir/cmake-build/units_only"
 
 echo "== pkg-config"
 pc_dir=$(dirname "$(find "$prefix" -name lmspatialreference.pc)")
@@ -21,8 +22,15 @@ libdir=$(pkg-config --variable=libdir lmspatialreference)
 g++ -std=c++17 "$consumer_dir/main.cpp" -o "$work_dir/consumer-pc" \
     $(pkg-config --cflags --libs lmspatialreference) -Wl,-rpath,"$libdir"
 "$work_dir/consumer-pc"
+# Linked as-needed, the program keeps the library only for the symbols it uses.
+# shellcheck disable=SC2046
+g++ -std=c++17 "$consumer_dir/units_only.cpp" -o "$work_dir/units-only-pc" -Wl,--as-needed \
+    $(pkg-config --cflags --libs lmspatialreference) -Wl,-rpath,"$libdir"
+"$work_dir/units-only-pc"
 
 echo "== installed layout"
 test -L "$libdir/liblmspatialreference.so"
 readelf -d "$libdir/liblmspatialreference.so" | grep -q 'SONAME.*liblmspatialreference\.so\.[0-9]'
 test -f "$prefix/include/lmspatialreference/lmspatialreference.h"
+test -s "$libdir/../data/coordinatesystem/EPSG.txt"
+test -s "$libdir/../data/coordinatesystem/EPSG_Alias.txt"

@@ -17,34 +17,38 @@ LmString Geographic(const char* name, const char* datum, double a, double invers
     return text;
 }
 
-LmString TransverseMercator(const char* name, double scale, double falseEasting = 500000.0) {
+LmString TransverseMercator(const char* name, double scale, double falseEasting = 500000.0,
+                            const LmString& geographic = Geographic("WGS 84", "WGS_1984", 6378137, 298.257223563)) {
     char text[1024];
     std::snprintf(text, sizeof text,
-                  R"(PROJCS["%s",GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
-                  R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],)"
+                  R"(PROJCS["%s",%s,PROJECTION["Transverse_Mercator"],)"
                   R"(PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",117],)"
                   R"(PARAMETER["scale_factor",%.17g],PARAMETER["false_easting",%.17g],)"
                   R"(PARAMETER["false_northing",0],UNIT["metre",1]])",
-                  name, scale, falseEasting);
+                  name, geographic.c_str(), scale, falseEasting);
     return text;
 }
 
-TEST(IsSameEllipsoid, UsesItsTolerances) {
-    LmSpatialReference base(Geographic("g", "d", 6378137.0, 298.257223563).c_str(), eWKT);
-    auto sameAsBase = [&](double a, double inverseF, double primeMeridian) {
-        LmSpatialReference other(Geographic("g", "d", a, inverseF, primeMeridian).c_str(), eWKT);
-        EXPECT_FALSE(other.IsNull());
-        return IsSameEllipsoid(base.Handle(), other.Handle());
-    };
-    EXPECT_TRUE(sameAsBase(6378137.0, 298.257223563, 0.0));
-    EXPECT_TRUE(sameAsBase(6378137.0009, 298.257223563, 0.0));
-    EXPECT_FALSE(sameAsBase(6378137.002, 298.257223563, 0.0));
-    EXPECT_TRUE(sameAsBase(6378137.0, 298.2572235635, 0.0));
-    // 0.00002 in inverse flattening moves the semi-minor axis by under a
-    // millimetre: only the flattening tolerance rejects it.
-    EXPECT_FALSE(sameAsBase(6378137.0, 298.257243563, 0.0));
-    EXPECT_TRUE(sameAsBase(6378137.0, 298.257223563, 0.0009));
-    EXPECT_FALSE(sameAsBase(6378137.0, 298.257223563, 0.002));
+// Projected references of one name compare their ellipsoids with a tolerance
+// of 0.001 for the axes and the prime meridian and 1e-6 for the inverse flattening.
+TEST(IsSameProjCS, ComparesEllipsoidsWithinTheirTolerances) {
+    const LmSpatialReference base(TransverseMercator("p", 0.9996).c_str(), eWKT);
+    const struct {
+        double a, inverseF, primeMeridian;
+        bool same;
+    } cases[] = {{6378137.0, 298.257223563, 0.0, true},     {6378137.0009, 298.257223563, 0.0, true},
+                 {6378137.002, 298.257223563, 0.0, false},   {6378137.0, 298.2572235635, 0.0, true},
+                 // 0.00002 in inverse flattening moves the semi-minor axis by under a
+                 // millimetre: only the flattening tolerance rejects it.
+                 {6378137.0, 298.257243563, 0.0, false},     {6378137.0, 298.257223563, 0.0009, true},
+                 {6378137.0, 298.257223563, 0.002, false}};
+    for (const auto& c : cases) {
+        LmSpatialReference other(
+            TransverseMercator("p", 0.9996, 500000.0, Geographic("g", "d", c.a, c.inverseF, c.primeMeridian)).c_str(),
+            eWKT);
+        ASSERT_TRUE(other.IsProjected());
+        EXPECT_EQ(base.IsSameProjCS(&other), c.same) << c.a << " " << c.inverseF << " " << c.primeMeridian;
+    }
 }
 
 TEST(IsSame, NullsAndKinds) {

@@ -1,10 +1,10 @@
-#include <lmspatialreference/spatialreference.h>
+#include "tests/fixtures.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-using namespace Lumora::Kernel;
+using namespace Fixtures;
 
 namespace {
 
@@ -21,12 +21,6 @@ const char* const kWebMercator =
     R"x(PARAMETER["central_meridian",0],PARAMETER["scale_factor",1],PARAMETER["false_easting",0],)x"
     R"x(PARAMETER["false_northing",0],UNIT["Meter",1],EXTENSION["PROJ4","+proj=merc +a=6378137 )x"
     R"x(+b=6378137 +lat_ts=0.0 +lon_0=0.0 +x_0=0.0 +y_0=0 +k=1.0 +units=m +nadgrids=@null +wktext +no_defs"]])x";
-
-const char* const kUtm50 =
-    R"(PROJCS["WGS 84 / UTM zone 50N",GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
-    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],)"
-    R"(PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",117],PARAMETER["scale_factor",0.9996],)"
-    R"(PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1]])";
 
 TEST(WellKnownReference, ExportsItsTableTextByteForByteAndKnowsItsKind) {
     EXPECT_STREQ(LmSpatialReference(eWGS84).ExportToWKT(false).c_str(), kWgs84);
@@ -51,21 +45,24 @@ TEST(WellKnownReference, UnknownValueSaysWktIsNullOnStandardOutput) {
     EXPECT_TRUE(unknown.IsNull());
 }
 
-TEST(TextReference, NullAndEmptyTextsAndUnknownFormatsGiveNullReferences) {
-    EXPECT_TRUE(LmSpatialReference(nullptr, eWKT).IsNull());
-    EXPECT_TRUE(LmSpatialReference("", eWKT).IsNull());
-    EXPECT_TRUE(LmSpatialReference("", eXML).IsNull());
-    EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(6)).IsNull());
-    EXPECT_TRUE(LmSpatialReference(kWgs84, static_cast<LmSpatialReferenceFormat>(-1)).IsNull());
-    EXPECT_TRUE(LmSpatialReference(kWgs84, eLegacyParameters).IsNull());  // not read as WKT
-}
-
-TEST(TextReference, RefusedWktIsNullAndSilent) {
+TEST(TextReference, MissingTextsUnknownFormatsAndRefusedWktGiveNullReferencesQuietly) {
+    const struct {
+        const char* text;
+        int format;
+    } cases[] = {{nullptr, eWKT}, {"", eWKT}, {"", eXML}, {kWgs84, 6}, {kWgs84, -1},
+                 {kWgs84, eLegacyParameters},  // not read as WKT
+                 {"GEOGCS[\"broken\",DATUM[", eWKT}};
     testing::internal::CaptureStderr();
-    LmSpatialReference refused("GEOGCS[\"broken\",DATUM[", eWKT);
+    for (const auto& c : cases) {
+        LmSpatialReference reference(c.text, static_cast<LmSpatialReferenceFormat>(c.format));
+        EXPECT_TRUE(reference.IsNull()) << c.format << " " << (c.text ? c.text : "null");
+        EXPECT_EQ(reference.ExportToWKT(false), "");
+    }
+    // A failed XML or PROJ.4 import leaves an empty object that is not null.
+    LmSpatialReference xml("<not a crs/>", eXML), proj4("+proj=nonsense", eProj4);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_TRUE(refused.IsNull());
-    EXPECT_EQ(refused.ExportToWKT(false), "");
+    EXPECT_FALSE(xml.IsNull() || proj4.IsNull());
+    EXPECT_FALSE(xml.IsGeographic() || xml.IsProjected());
 }
 
 TEST(TextReference, WktFormatsKeepTheSourceTextUnchanged) {
@@ -87,16 +84,6 @@ TEST(TextReference, Proj4AndXmlAreNotCachedButExportedOnFirstRequest) {
     LmSpatialReference xml(LmSpatialReference(eCGCS2000).ExportToXml().c_str(), eXML);
     ASSERT_TRUE(xml.IsGeographic());
     EXPECT_DOUBLE_EQ(xml.FlattenInverseF(), 298.257222101);
-}
-
-TEST(TextReference, FailedImportLeavesAnEmptyButNonNullReference) {
-    testing::internal::CaptureStderr();
-    LmSpatialReference xml("<not a crs/>", eXML);
-    LmSpatialReference proj4("+proj=nonsense", eProj4);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_FALSE(xml.IsNull());
-    EXPECT_FALSE(proj4.IsNull());
-    EXPECT_FALSE(xml.IsGeographic() || xml.IsProjected());
 }
 
 TEST(TextReference, PrettyWktIsIndentedAndNeverCachedAndProj4AndXmlExports) {

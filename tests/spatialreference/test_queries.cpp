@@ -1,16 +1,12 @@
-#include <lmspatialreference/spatialreference.h>
+#include "tests/fixtures.h"
 
 #include <gtest/gtest.h>
 
-using namespace Lumora::Kernel;
+using namespace Fixtures;
+using Lumora::Utility::LmEnumParser;
+using Lumora::Utility::LmEnumType;
 
 namespace {
-
-const char* const kUtm50 =
-    R"(PROJCS["WGS 84 / UTM zone 50N",GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
-    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],)"
-    R"(PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",117],PARAMETER["scale_factor",0.9996],)"
-    R"(PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1]])";
 
 LmString GeographicWithUnit(const char* unit) {
     return LmString(R"(GEOGCS["g",DATUM["d",SPHEROID["s",6378137,298.257223563]],PRIMEM["Greenwich",0],UNIT[")") +
@@ -81,6 +77,32 @@ TEST(Units, OfReferencesFollowTheirFirstUnit) {
     LmSpatialReference feet("+proj=tmerc +lon_0=117 +ellps=WGS84 +units=us-ft +no_defs", eProj4);
     ASSERT_TRUE(feet.IsProjected());
     EXPECT_EQ(feet.Units(), eMeter);
+}
+
+LmUnits Parse(const char* text, LmUnits defaultValue = eMeter) {
+    return LmEnumParser::ParserFromString<LmUnits>(text, defaultValue);
+}
+
+TEST(UnitNames, AreFilledOnFirstUseAndMatchIgnoringCase) {
+    EXPECT_EQ(LmEnumType<LmUnits>::Instance().FromString("Kilometer", eMM), eKM);
+    // The three inch spellings (and the enumerator's own name) share one code.
+    const struct {
+        const char* text;
+        int expected;
+    } cases[] = {{"Meter", eMeter}, {"degree", eDegree}, {"CENTIMETER", eCM}, {"millimeter", eMM},
+                 {"emm", eMM}, {"eDegree", eDegree}, {"Inch_US_Surveyor", 9203}, {"INCH", 9203},
+                 {"inch_international", 9203}, {"eInch", 9203}};
+    for (const auto& c : cases) EXPECT_EQ(Parse(c.text, eKM), c.expected) << c.text;
+}
+
+TEST(UnitNames, NumbersMatchCodesAndEverythingElseGivesTheDefault) {
+    EXPECT_EQ(Parse("9205"), eKM);
+    EXPECT_EQ(Parse("9102", eKM), eDegree);
+    EXPECT_EQ(Parse("9999", eCM), eCM);
+    EXPECT_EQ(Parse("metre", eKM), eKM);
+    EXPECT_EQ(Parse("US survey foot", eMM), eMM);
+    EXPECT_EQ(Parse("", eDegree), eDegree);
+    EXPECT_EQ(Parse(nullptr, eDegree), eDegree);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // A program that uses the installed library the way an application would:
-// one WGS 84 point projected to Web Mercator, and one geodesic distance.
+// one WGS 84 point projected to Web Mercator, one geodesic distance and EPSG
+// codes from the installed data folder.
 #include <lmspatialreference/lmspatialreference.h>
 
 #include <cmath>
@@ -28,5 +29,9 @@ int main() {
         std::printf("consumer: geodesic FAILED\n");
         return 1;
     }
-    return ok ? 0 : 1;
+
+    // The installed data folder is found from this working folder too.
+    const bool epsg = LmSpatialReference(eWGS84).EPSG() == 4326 && !LmSpatialReference(4547).IsNull();
+    std::printf("consumer: EPSG codes %s\n", epsg ? "ok" : "FAILED");
+    return ok && epsg ? 0 : 1;
 }

@@ -1,0 +1,154 @@
+"""Coordinate reference systems and coordinate transformations.
+
+Python bindings of liblmspatialreference. Spatial references and
+transformations keep the C++ class names; methods and properties are
+snake_case. Transformations work in place on NumPy float64 arrays of shape
+(n, 2) or (n, 3), with the GIL released, and pickle by their definition so
+they can be shipped to other processes (see ``lmspatialreference.dask``).
+"""
+
+import pickle as _pickle
+
+from ._lmspatialreference import *  # noqa: F401,F403
+from . import _lmspatialreference as _native
+
+__all__ = [name for name in dir(_native) if not name.startswith("_")]
+
+# How a transformation is rebuilt elsewhere: the name of its maker in _MAKERS
+# with the positional and keyword arguments it was made with. Constructors
+# and the factory record them; mutators that change the definition record
+# again, and classes that can tell their definition are asked instead.
+_MAKERS = {}
+
+
+def _rebuild(name, arguments, keywords=None):
+    return _MAKERS[name](*arguments, **(keywords or {}))
+
+
+def _record(obj, name, arguments, keywords=None):
+    obj.__dict__["_definition"] = (name, tuple(arguments), dict(keywords or {}))
+
+
+def _recorded(obj):
+    definition = obj.__dict__.get("_definition")
+    if definition is None:
+        raise _pickle.PicklingError(
+            f"{type(obj).__name__} was not made by a constructor or the factory of this module, "
+            "so its definition is unknown and it cannot be pickled")
+    return definition
+
+
+def _reduce_recorded(self):
+    return _rebuild, _recorded(self)
+
+
+def _frozen(value):
+    # Arrays and lists are copied, so the caller's later changes to them do
+    # not change the recorded definition.
+    if isinstance(value, list):
+        return list(value)
+    if type(value).__module__ == "numpy" and hasattr(value, "copy"):
+        return value.copy()
+    return value
+
+
+def _recording(native, name, freeze=True):
+    def make(*args, **kwargs):
+        made = native(*args, **kwargs)
+        if freeze:
+            args = tuple(_frozen(a) for a in args)
+            kwargs = {k: _frozen(v) for k, v in kwargs.items()}
+        _record(made, name, args, kwargs)
+        return made
+    make.__doc__ = native.__doc__
+    make.__name__ = name.rsplit(".", 1)[-1]
+    return make
+
+
+def _recording_constructor(cls):
+    native_init = cls.__init__
+    name = cls.__name__
+
+    def __init__(self, *args, **kwargs):
+        native_init(self, *args, **kwargs)
+        _record(self, name, tuple(_frozen(a) for a in args), {k: _frozen(v) for k, v in kwargs.items()})
+
+    __init__.__doc__ = native_init.__doc__
+    cls.__init__ = __init__
+    _MAKERS[name] = cls
+
+
+def _recording_static(cls, method):
+    native = getattr(cls, method)
+    name = f"{cls.__name__}.{method}"
+    setattr(cls, method, staticmethod(_recording(native, name)))
+    _MAKERS[name] = native
+
+
+def _install_pickling():
+    T = _native
+    T.LmCoordinateTransformation.__reduce__ = _reduce_recorded
+    for cls in (T.LmProjectCoordinateTransformation, T.LmParameterProjectCoordinateTransformation,
+                T.LmWGS84ToGCJ02CoordinateTransformation, T.LmWGS84ToBD09CoordinateTransformation,
+                T.LmGCJ02ToWGS84CoordinateTransformation, T.LmBD09ToWGS84CoordinateTransformation,
+                T.LmAffineCoordinateTransformation, T.LmConverseCoordinateTransformation,
+                T.LmCoordinateTransformationCombination):
+        _recording_constructor(cls)
+    for method in ("from_points", "translation", "rotation"):
+        _recording_static(T.LmAffineCoordinateTransformation, method)
+
+    # Classes that can tell their definition are asked, so setters need no
+    # bookkeeping.
+    T.LmProjectCoordinateTransformation.__reduce__ = lambda self: (
+        _rebuild, (type(self).__name__, (self.source, self.target)))
+    T.LmParameterProjectCoordinateTransformation.__reduce__ = _reduce_recorded
+    T.LmAffineCoordinateTransformation.__reduce__ = lambda self: (
+        _rebuild, ("LmAffineCoordinateTransformation", (self.elements,)))
+    T.LmGCJ02ToWGS84CoordinateTransformation.__reduce__ = lambda self: (
+        _rebuild, (type(self).__name__, (self.precision,)))
+
+    def converse_reduce(self):
+        _, args, kwargs = _recorded(self)
+        forward = args[0] if args else kwargs["forward"]
+        return _rebuild, ("LmConverseCoordinateTransformation", (forward, self.precision))
+    T.LmConverseCoordinateTransformation.__reduce__ = converse_reduce
+
+    # Mutators that change what the recorded arguments describe.
+    parameter_class = T.LmParameterProjectCoordinateTransformation
+    native_set_parameter = parameter_class.set_parameter
+
+    def set_parameter(self, method, parameters):
+        native_set_parameter(self, method, parameters)
+        _record(self, type(self).__name__, (self.source, self.target, method, _frozen(parameters)))
+    set_parameter.__doc__ = native_set_parameter.__doc__
+    parameter_class.set_parameter = set_parameter
+
+    # A new source or target drops the datum-shift parameters.
+    for end in ("source", "target"):
+        base = getattr(T.LmProjectCoordinateTransformation, end)
+
+        def setter(self, reference, _base=base):
+            _base.fset(self, reference)
+            if isinstance(self, parameter_class):
+                _record(self, type(self).__name__, (self.source, self.target, self.method, None))
+        setattr(T.LmProjectCoordinateTransformation, end, property(base.fget, setter, doc=base.__doc__))
+
+    chain_class = T.LmCoordinateTransformationCombination
+    native_add = chain_class.add
+
+    def add(self, member):
+        native_add(self, member)
+        name, args, kwargs = _recorded(self)
+        members = list(args[0] if args else kwargs.get("members", []))
+        _record(self, name, (members + [member],))
+    add.__doc__ = native_add.__doc__
+    chain_class.add = add
+
+    factory = getattr(T, "LmCoordinateTransformationFactory", None)
+    if factory is not None:
+        for name in dir(factory):
+            if name.startswith("create_"):
+                _recording_static(factory, name)
+
+
+_install_pickling()

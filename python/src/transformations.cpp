@@ -1,0 +1,242 @@
+// The transformation interface and the transformations that need no factory.
+#include "binding.h"
+
+#include <array>
+
+namespace LmPython {
+
+namespace {
+
+py::object PointResult(bool ok, double x, double y) {
+    return ok ? py::object(py::make_tuple(x, y)) : py::object(py::none());
+}
+
+std::array<double, 6> Elements(const LmAffineCoordinateTransformation& affine) {
+    const double* m = affine.Matrix();
+    return {m[0], m[1], m[2], m[3], m[4], m[5]};
+}
+
+// Control points as an (n, 2) float64 array; the library reads them as n * 2
+// interleaved values. Read-only arrays are fine here: nothing is written.
+py::array_t<double, py::array::c_style> ControlPoints(py::handle points, const char* what) {
+    if (!py::isinstance<py::array>(points)) throw py::type_error(std::string(what) + " must be a numpy.ndarray");
+    auto array = py::reinterpret_borrow<py::array>(points);
+    if (!array.dtype().is(py::dtype::of<double>())) throw py::type_error(std::string(what) + " must have dtype float64");
+    if (array.ndim() != 2 || array.shape(1) != 2) throw py::value_error(std::string(what) + " must have shape (n, 2)");
+    return py::array_t<double, py::array::c_style>::ensure(array);
+}
+
+py::object PointsCopy(const double* values, int count) {
+    if (!values) return py::none();
+    py::array_t<double> copy({static_cast<py::ssize_t>(count / 2), static_cast<py::ssize_t>(2)});
+    std::copy(values, values + 2 * (count / 2), copy.mutable_data());
+    return std::move(copy);
+}
+
+}  // namespace
+
+void BindTransformations(py::module_& m) {
+    py::class_<LmCoordinateTransformation, LmSmarterPtr<LmCoordinateTransformation>>(
+        m, "LmCoordinateTransformation", py::dynamic_attr(),
+        "Base of every transformation. Points are float64 arrays of shape (n, 2) or (n, 3), "
+        "C-contiguous, transformed in place with the GIL released; geographic coordinates are "
+        "degrees with x = longitude.")
+        .def(
+            "transform",
+            [](LmCoordinateTransformation& t, py::handle points) {
+                return TransformInPlace(t, CheckPoints(points), false);
+            },
+            py::arg("points"),
+            "Transforms points in place; True when every point succeeded (a failed point keeps "
+            "whatever the transformation left in it).")
+        .def(
+            "reverse_transform",
+            [](LmCoordinateTransformation& t, py::handle points) {
+                return TransformInPlace(t, CheckPoints(points), true);
+            },
+            py::arg("points"), "The reverse, for transformations that know it; False otherwise.")
+        .def(
+            "transform_point",
+            [](LmCoordinateTransformation& t, double x, double y, py::object z) -> py::object {
+                if (z.is_none()) {
+                    bool ok;
+                    {
+                        py::gil_scoped_release release;
+                        ok = t.Transformation(x, y);
+                    }
+                    return PointResult(ok, x, y);
+                }
+                double zz = z.cast<double>();
+                bool ok;
+                {
+                    py::gil_scoped_release release;
+                    ok = t.Transformation(x, y, zz);
+                }
+                return ok ? py::object(py::make_tuple(x, y, zz)) : py::object(py::none());
+            },
+            py::arg("x"), py::arg("y"), py::arg("z") = py::none(),
+            "One point: the transformed (x, y) or (x, y, z), or None when it fails.");
+
+    py::class_<LmCoordinatePrecision, LmSmarterPtr<LmCoordinatePrecision>>(
+        m, "LmCoordinatePrecision", "A per-point tolerance for iterative inverses (implemented in C++ only).");
+
+    py::class_<LmProjectCoordinateTransformation, LmCoordinateTransformation,
+               LmSmarterPtr<LmProjectCoordinateTransformation>>(
+        m, "LmProjectCoordinateTransformation",
+        "From one spatial reference to another through GDAL; every batch fails when either is "
+        "None or null or GDAL refuses the pair.")
+        .def(py::init<LmSpatialReference*, LmSpatialReference*>(), py::arg("source"), py::arg("target"))
+        .def_property(
+            "source", [](const LmProjectCoordinateTransformation& t) { return t.Source(); },
+            [](LmProjectCoordinateTransformation& t, LmSpatialReference* s) { t.Source(s); },
+            "Setting it rebuilds the transformation without datum-shift parameters.")
+        .def_property(
+            "target", [](const LmProjectCoordinateTransformation& t) { return t.Target(); },
+            [](LmProjectCoordinateTransformation& t, LmSpatialReference* s) { t.Target(s); },
+            "Setting it rebuilds the transformation without datum-shift parameters.")
+        .def("create_handle", &LmProjectCoordinateTransformation::CreateHandle,
+             "Rebuilds the plain GDAL transformation from source and target.");
+
+    py::enum_<LmCoordinateTransformationMethod>(m, "LmCoordinateTransformationMethod",
+                                                "How datum-shift parameters are applied.")
+        .value("ePositionVector7Parameter", ePositionVector7Parameter)
+        .value("eCoordinateFrame7Parameter", eCoordinateFrame7Parameter)
+        .value("eGeocentricTranslation3Parameter", eGeocentricTranslation3Parameter)
+        .export_values();
+
+    auto parameterCount = [](LmCoordinateTransformationMethod method) -> std::size_t {
+        return method == eGeocentricTranslation3Parameter ? 3 : 7;
+    };
+    py::class_<LmParameterProjectCoordinateTransformation, LmProjectCoordinateTransformation,
+               LmSmarterPtr<LmParameterProjectCoordinateTransformation>>(
+        m, "LmParameterProjectCoordinateTransformation",
+        "A projection transformation with datum-shift parameters on the source: metres, "
+        "arc-seconds and parts per million; 7 values (3 for the translation method), or None "
+        "for none.")
+        .def(py::init([parameterCount](LmSpatialReference* source, LmSpatialReference* target,
+                                       LmCoordinateTransformationMethod method, py::object parameters) {
+                 if (parameters.is_none()) {
+                     return new LmParameterProjectCoordinateTransformation(source, target, method, nullptr);
+                 }
+                 const auto values = CheckParameters(parameters, parameterCount(method), "parameters");
+                 return new LmParameterProjectCoordinateTransformation(source, target, method, values.data());
+             }),
+             py::arg("source"), py::arg("target"), py::arg("method"), py::arg("parameters"))
+        .def_property_readonly("method", &LmParameterProjectCoordinateTransformation::Method)
+        .def(
+            "set_parameter",
+            [parameterCount](LmParameterProjectCoordinateTransformation& t, LmCoordinateTransformationMethod method,
+                             py::handle parameters) {
+                const auto values = CheckParameters(parameters, parameterCount(method), "parameters");
+                t.Parameter(method, values.data());
+            },
+            py::arg("method"), py::arg("parameters"), "Replaces the datum-shift parameters.");
+
+    m.def("out_of_china", &outOfChina, py::arg("lon"), py::arg("lat"),
+          "True outside the box in which the GCJ-02 offset applies.");
+    py::class_<LmWGS84ToGCJ02CoordinateTransformation, LmCoordinateTransformation,
+               LmSmarterPtr<LmWGS84ToGCJ02CoordinateTransformation>>(
+        m, "LmWGS84ToGCJ02CoordinateTransformation", "WGS 84 to GCJ-02 inside China; other points stay.")
+        .def(py::init<>());
+    py::class_<LmWGS84ToBD09CoordinateTransformation, LmWGS84ToGCJ02CoordinateTransformation,
+               LmSmarterPtr<LmWGS84ToBD09CoordinateTransformation>>(m, "LmWGS84ToBD09CoordinateTransformation",
+                                                                     "WGS 84 to BD-09, everywhere.")
+        .def(py::init<>());
+    py::class_<LmGCJ02ToWGS84CoordinateTransformation, LmCoordinateTransformation,
+               LmSmarterPtr<LmGCJ02ToWGS84CoordinateTransformation>>(
+        m, "LmGCJ02ToWGS84CoordinateTransformation", "GCJ-02 back to WGS 84 by iteration, to precision metres.")
+        .def(py::init<double>(), py::arg("precision") = 0.001)
+        .def_property(
+            "precision", [](const LmGCJ02ToWGS84CoordinateTransformation& t) { return t.Precision(); },
+            [](LmGCJ02ToWGS84CoordinateTransformation& t, double p) { t.Precision(p); },
+            "Metres; a value that is not positive stores 0.001.");
+    py::class_<LmBD09ToWGS84CoordinateTransformation, LmGCJ02ToWGS84CoordinateTransformation,
+               LmSmarterPtr<LmBD09ToWGS84CoordinateTransformation>>(
+        m, "LmBD09ToWGS84CoordinateTransformation", "BD-09 back to WGS 84 by iteration, to precision metres.")
+        .def(py::init<double>(), py::arg("precision") = 0.001);
+
+    py::class_<LmAffineCoordinateTransformation, LmCoordinateTransformation,
+               LmSmarterPtr<LmAffineCoordinateTransformation>>(
+        m, "LmAffineCoordinateTransformation",
+        "x' = m0 x + m2 y + m4, y' = m1 x + m3 y + m5, given by its six elements or estimated.")
+        .def(py::init([](py::handle elements) {
+                 const auto values = CheckParameters(elements, 6, "elements");
+                 return new LmAffineCoordinateTransformation(values.data());
+             }),
+             py::arg("elements"))
+        .def_static(
+            "from_points",
+            [](py::handle source, py::handle target) {
+                auto s = ControlPoints(source, "source");
+                auto t = ControlPoints(target, "target");
+                if (s.shape(0) != t.shape(0)) throw py::value_error("source and target must hold as many points");
+                if (s.shape(0) > INT_MAX / 2) throw py::value_error("too many control points");
+                return LmSmarterPtr<LmAffineCoordinateTransformation>(
+                    new LmAffineCoordinateTransformation(s.data(), t.data(), static_cast<int>(2 * s.shape(0))));
+            },
+            py::arg("source"), py::arg("target"),
+            "Least squares from (n, 2) point pairs; the identity when they do not determine it.")
+        .def_static(
+            "translation",
+            [](double dx, double dy) {
+                return LmSmarterPtr<LmAffineCoordinateTransformation>(new LmAffineCoordinateTransformation(dx, dy));
+            },
+            py::arg("dx"), py::arg("dy"))
+        .def_static(
+            "rotation",
+            [](double cx, double cy, double angle) {
+                return LmSmarterPtr<LmAffineCoordinateTransformation>(
+                    new LmAffineCoordinateTransformation(cx, cy, angle));
+            },
+            py::arg("cx"), py::arg("cy"), py::arg("angle"), "Counter-clockwise by angle degrees about (cx, cy).")
+        .def(
+            "estimate",
+            [](LmAffineCoordinateTransformation& a, py::handle source, py::handle target) {
+                auto s = ControlPoints(source, "source");
+                auto t = ControlPoints(target, "target");
+                if (s.shape(0) != t.shape(0)) throw py::value_error("source and target must hold as many points");
+                if (s.shape(0) > INT_MAX / 2) throw py::value_error("too many control points");
+                return a.Parameter(s.data(), t.data(), static_cast<int>(2 * s.shape(0)));
+            },
+            py::arg("source"), py::arg("target"),
+            "Re-estimates the elements; False for fewer than three points or a degenerate set.")
+        .def_property_readonly("elements", &Elements, "The six elements m0 ... m5.")
+        .def_property_readonly(
+            "identical_point_count",
+            [](const LmAffineCoordinateTransformation& a) { return a.IdenticalPointCount() / 2; },
+            "Points of the last estimation; 0 when built from elements.")
+        .def_property_readonly(
+            "source_points",
+            [](const LmAffineCoordinateTransformation& a) { return PointsCopy(a.SourcePoint(), a.IdenticalPointCount()); },
+            "A copy of the last estimation's source points, or None.")
+        .def_property_readonly(
+            "target_points",
+            [](const LmAffineCoordinateTransformation& a) { return PointsCopy(a.TargetPoint(), a.IdenticalPointCount()); },
+            "A copy of the last estimation's target points, or None.");
+
+    py::class_<LmConverseCoordinateTransformation, LmCoordinateTransformation,
+               LmSmarterPtr<LmConverseCoordinateTransformation>>(
+        m, "LmConverseCoordinateTransformation",
+        "The numeric inverse of forward. precision is a squared distance in the output units.")
+        .def(py::init([](LmCoordinateTransformation* forward, double precision) {
+                 return new LmConverseCoordinateTransformation(forward, nullptr, precision);
+             }),
+             py::arg("forward"), py::arg("precision"))
+        .def_property(
+            "precision", [](const LmConverseCoordinateTransformation& t) { return t.Precision(); },
+            [](LmConverseCoordinateTransformation& t, double p) { t.Precision(p); });
+
+    py::class_<LmCoordinateTransformationCombination, LmCoordinateTransformation,
+               LmSmarterPtr<LmCoordinateTransformationCombination>>(
+        m, "LmCoordinateTransformationCombination",
+        "Applies its members in order; stops at the first that fails.")
+        .def(py::init([](const std::vector<LmCoordinateTransformation*>& members) {
+                 auto* chain = new LmCoordinateTransformationCombination;
+                 for (auto* member : members) chain->Add(member);
+                 return chain;
+             }),
+             py::arg("members") = std::vector<LmCoordinateTransformation*>())
+        .def("add", &LmCoordinateTransformationCombination::Add, py::arg("member"));
+}
+
+}  // namespace LmPython

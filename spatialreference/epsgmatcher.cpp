@@ -1,0 +1,217 @@
+#include "spatialreference/epsgmatcher.h"
+
+#include "spatialreference/ogrsupport.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace Lumora {
+namespace Kernel {
+
+namespace {
+
+// Entries on another ellipsoid are skipped before anything is built. A
+// geographic reference may match through OGR's geographic comparison, which
+// tolerates 0.01 m and 1e-4; anything else needs IsSameEllipsoid (0.001 m and
+// 1e-6) or PROJ's equivalence (far closer). The margins stay above each, yet
+// the projected one still tells WGS 84 from GRS 1980 (1.46e-6 apart).
+constexpr double kGeographicSemiMajorMargin = 0.5;
+constexpr double kGeographicFlatteningMargin = 0.01;
+constexpr double kProjectedSemiMajorMargin = 0.0015;
+constexpr double kProjectedFlatteningMargin = 1.2e-6;
+
+std::string _Lower(const char* text) {
+    std::string lower(text == nullptr ? "" : text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+bool _StartsWith(const char* text, const char* keyword) {
+    while (*text == ' ' || *text == '\t') ++text;
+    return std::strncmp(text, keyword, std::strlen(keyword)) == 0;
+}
+
+// The semi-major axis and inverse flattening of the first SPHEROID of a WKT 1
+// text, read without building it.
+bool _ReadSpheroid(const char* text, double& semiMajor, double& inverseFlattening) {
+    const char* node = std::strstr(text, "SPHEROID[\"");
+    if (node == nullptr) return false;
+    const char* p = node + std::strlen("SPHEROID[\"");
+    // Skip the quoted name, where a doubled quote stands for one quote.
+    for (;;) {
+        if (*p == '\0') return false;
+        if (*p == '"') {
+            if (p[1] == '"') {
+                p += 2;
+                continue;
+            }
+            break;
+        }
+        ++p;
+    }
+    if (p[1] != ',') return false;
+    char* end = nullptr;
+    semiMajor = std::strtod(p + 2, &end);
+    if (end == p + 2 || *end != ',') return false;
+    const char* next = end + 1;
+    inverseFlattening = std::strtod(next, &end);
+    return end != next && std::isfinite(semiMajor) && std::isfinite(inverseFlattening);
+}
+
+// A sphere, or as good as one, has no inverse flattening to compare.
+bool _Flattened(double inverseFlattening) { return inverseFlattening > 0.0 && inverseFlattening < 1e8; }
+
+bool _Close(double a, double b) { return std::fabs(a - b) <= 1e-6 * std::max(1.0, std::max(std::fabs(a), std::fabs(b))); }
+
+}  // namespace
+
+// What the search needs of the reference looked for, read once per search.
+struct LmEPSGMatcher::Probe {
+    const LmSpatialReference* reference = nullptr;
+    bool geographic = false;
+    double semiMajor = 0.0;
+    double inverseFlattening = 0.0;
+    std::string projection;
+    std::string rootName;
+    bool vertical = false;
+    std::vector<std::pair<std::string, double>> parameters;
+    double falseEasting = 0.0;
+    double falseNorthing = 0.0;
+};
+
+void LmEPSGMatcher::Add(int code, const char* name, const char* text) {
+    Entry entry;
+    entry.code = code;
+    entry.name = name;
+    entry.text = text;
+    if (_StartsWith(entry.text.c_str(), "GEOGCS[")) entry.kind = 'G';
+    else if (_StartsWith(entry.text.c_str(), "PROJCS[")) entry.kind = 'P';
+    entry.hasEllipsoid = _ReadSpheroid(entry.text.c_str(), entry.semiMajor, entry.inverseFlattening);
+    m_entries.push_back(std::move(entry));
+}
+
+LmSpatialReference* LmEPSGMatcher::_Built(Entry& entry) {
+    if (entry.built) return entry.reference;
+    entry.built = true;
+    entry.reference = new LmSpatialReference(entry.text.c_str(), eWKT);
+    OGRSpatialReference* srs = entry.reference->Handle();
+    if (srs == nullptr) return entry.reference;
+    LmQuietGdalErrors quiet;
+    entry.projection = _Lower(srs->GetAttrValue("PROJECTION"));
+    entry.rootName = _Lower(FirstChildValue(srs->GetRoot(), ""));
+    entry.vertical = srs->GetAttrValue("VERT_DATUM") != nullptr;
+    entry.falseEasting = srs->GetNormProjParm(SRS_PP_FALSE_EASTING, 0.0);
+    entry.falseNorthing = srs->GetNormProjParm(SRS_PP_FALSE_NORTHING, 0.0);
+    const OGR_SRSNode* projcs = srs->GetAttrNode("PROJCS");
+    for (int i = 0, n = projcs ? projcs->GetChildCount() : 0; i < n; ++i) {
+        const OGR_SRSNode* child = projcs->GetChild(i);
+        if (!EQUAL(child->GetValue(), "PARAMETER") || child->GetChildCount() < 2) continue;
+        const char* name = FirstChildValue(child, "");
+        std::string lower = _Lower(name);
+        const bool known = std::any_of(entry.parameters.begin(), entry.parameters.end(),
+                                       [&lower](const auto& parameter) { return parameter.first == lower; });
+        if (!known) entry.parameters.emplace_back(std::move(lower), srs->GetProjParm(name, 0.0));
+    }
+    return entry.reference;
+}
+
+// Whether the reference is the same as the entry or has its parameters. The
+// tests are those of IsSame and IsSameParameter, reordered cheapest first
+// (their disjunction does not depend on the order), and each OGR call is
+// skipped where a value read ahead shows it must fail.
+bool LmEPSGMatcher::_Passes(const Probe& probe, Entry& entry) {
+    const char wanted = probe.geographic ? 'G' : 'P';
+    if (entry.kind != 0 && entry.kind != wanted) return false;
+    if (entry.hasEllipsoid) {
+        const double semiMajorMargin = probe.geographic ? kGeographicSemiMajorMargin : kProjectedSemiMajorMargin;
+        const double flatteningMargin = probe.geographic ? kGeographicFlatteningMargin : kProjectedFlatteningMargin;
+        if (std::fabs(entry.semiMajor - probe.semiMajor) > semiMajorMargin) return false;
+        if (_Flattened(entry.inverseFlattening) && _Flattened(probe.inverseFlattening) &&
+            std::fabs(entry.inverseFlattening - probe.inverseFlattening) > flatteningMargin)
+            return false;
+    }
+    LmSpatialReference* candidate = _Built(entry);
+    // Both tests refuse an entry that OGR cannot build, or of the other kind.
+    if (candidate->IsNull() || candidate->IsGeographic() != probe.geographic) return false;
+    if (probe.geographic) return probe.reference->IsSameParameter(candidate) || probe.reference->IsSame(candidate);
+
+    // IsSameParameter needs the same projection and every parameter of the
+    // reference equal in the entry.
+    if (!probe.projection.empty() && probe.projection == entry.projection) {
+        bool conflict = false;
+        for (const auto& parameter : probe.parameters) {
+            for (const auto& own : entry.parameters) {
+                if (own.first == parameter.first) {
+                    conflict = own.second != parameter.second;
+                    break;
+                }
+            }
+            if (conflict) break;
+        }
+        if (!conflict && probe.reference->IsSameParameter(candidate)) return true;
+    }
+    // IsSame is OGR's equivalence or else IsSameProjCS, which needs the same
+    // CS name or two vertical datums.
+    if ((probe.rootName == entry.rootName || (probe.vertical && entry.vertical)) &&
+        probe.reference->IsSameProjCS(candidate))
+        return true;
+    // OGR's equivalence compares the projections in metres, false origin included.
+    if (!_Close(probe.falseEasting, entry.falseEasting) || !_Close(probe.falseNorthing, entry.falseNorthing))
+        return false;
+    LmQuietGdalErrors quiet;
+    return const_cast<LmSpatialReference*>(probe.reference)->Handle()->IsSame(candidate->Handle()) != 0;
+}
+
+LmEPSGMatcher::Match LmEPSGMatcher::_Answer(std::size_t index) const {
+    Match match;
+    if (index >= m_entries.size()) return match;
+    match.index = static_cast<int>(index);
+    match.code = m_entries[index].code;
+    match.name = m_entries[index].name;
+    match.text = m_entries[index].text;
+    return match;
+}
+
+LmEPSGMatcher::Match LmEPSGMatcher::First(const LmSpatialReference* reference) {
+    if (reference == nullptr) return Match();
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (reference->IsNull()) {
+        // Two null references are the same: the first entry OGR cannot build.
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            if (_Built(m_entries[i])->IsNull()) return _Answer(i);
+        return Match();
+    }
+
+    Probe probe;
+    probe.reference = reference;
+    probe.geographic = reference->IsGeographic();
+    probe.semiMajor = reference->EquatorialRadiusA();
+    probe.inverseFlattening = reference->FlattenInverseF();
+    {
+        // Handle() is the only access to the OGR object; reading it changes nothing.
+        OGRSpatialReference* srs = const_cast<LmSpatialReference*>(reference)->Handle();
+        LmQuietGdalErrors quiet;
+        probe.projection = _Lower(srs->GetAttrValue("PROJECTION"));
+        probe.rootName = _Lower(FirstChildValue(srs->GetRoot(), ""));
+        probe.vertical = srs->GetAttrValue("VERT_DATUM") != nullptr;
+        probe.falseEasting = srs->GetNormProjParm(SRS_PP_FALSE_EASTING, 0.0);
+        probe.falseNorthing = srs->GetNormProjParm(SRS_PP_FALSE_NORTHING, 0.0);
+        const OGR_SRSNode* projcs = srs->GetAttrNode("PROJCS");
+        for (int i = 0, n = projcs ? projcs->GetChildCount() : 0; i < n; ++i) {
+            const OGR_SRSNode* child = projcs->GetChild(i);
+            if (!EQUAL(child->GetValue(), "PARAMETER") || child->GetChildCount() != 2) continue;
+            const char* name = FirstChildValue(child, "");
+            probe.parameters.emplace_back(_Lower(name), srs->GetProjParm(name, 0.0));
+        }
+    }
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        if (_Passes(probe, m_entries[i])) return _Answer(i);
+    return Match();
+}
+
+}  // namespace Kernel
+}  // namespace Lumora

@@ -1,0 +1,367 @@
+#include <lmspatialreference/legacyparameters.h>
+#include <lmspatialreference/coordinatetransformation.h>
+#include <lmspatialreference/spatialreference.h>
+
+#include <gtest/gtest.h>
+#include <ogr_spatialref.h>
+#include <ogr_srs_api.h>
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace Lumora::Kernel;
+
+namespace {
+
+struct DestroySrs {
+    void operator()(OGRSpatialReference* srs) const { OGRSpatialReference::DestroySpatialReference(srs); }
+};
+using Srs = std::unique_ptr<OGRSpatialReference, DestroySrs>;
+
+std::string Join(const std::vector<std::string>& fields) {
+    std::string text;
+    for (std::size_t i = 0; i < fields.size(); ++i) text += (i ? "," : "") + fields[i];
+    return text;
+}
+
+// A Beijing 1954 Gauss-Kruger record for 6-degree zone 20 (central meridian
+// 117 E) on the Krassowsky ellipsoid, with the given fields replaced.
+std::string GaussKrugerText(const std::map<int, std::string>& changes = {}, int count = 288) {
+    std::vector<std::string> fields(count, "0");
+    const std::map<int, std::string> record = {{1, "Beijing1954"}, {2, "6378.245"}, {4, "298.3"},
+                                               {6, "11"}, {7, "Beijing1954_GK_20"}, {9, "20"},
+                                               {11, "500"}, {13, "117"}, {27, "1"}};
+    for (const auto& [field, value] : record) fields[field] = value;
+    for (const auto& [field, value] : changes) fields[field] = value;
+    return Join(fields);
+}
+
+// Field i holds "i.5", or "ti" where the record keeps a text: integers then
+// read i and doubles i + 0.5, so every member names the field it came from.
+std::string DistinctText(int count) {
+    std::vector<std::string> fields(count);
+    for (int i = 0; i < count; ++i) {
+        const bool text = i == 1 || i == 7 || (i >= 55 && i < 255 && (i - 55) % 5 == 0) || (i >= 255 && i < 259);
+        fields[i] = (text ? "t" : "") + std::to_string(i) + (text ? "" : ".5");
+    }
+    return Join(fields);
+}
+
+TEST(LegacyRecord, EveryFieldLandsInItsMember) {
+    tag_Projection_Param r;
+    ASSERT_TRUE(r.FromString(DistinctText(288).c_str()));
+    const std::vector<std::pair<int, const std::int32_t*>> ints = {
+        {0, &r.Kind},        {6, &r.ProjType},    {8, &r.ZoneWidth}, {9, &r.ZoneNumber},
+        {10, &r.Hemisphere}, {54, &r.ItemCount}, {259, &r.Flags[0]}, {268, &r.Flags[9]}};
+    for (const auto& [field, member] : ints) EXPECT_EQ(*member, field) << "field " << field;
+    const std::vector<std::pair<int, const double*>> doubles = {
+        {2, &r.SemiMajorKm},          {3, &r.SemiMinorKm},         {4, &r.InvFlattening},
+        {5, &r.RadiusKm},             {11, &r.FalseEastingKm},     {12, &r.FalseNorthingKm},
+        {13, &r.CentralMeridian},     {14, &r.OriginLatitude},     {15, &r.ExtraParams[0]},
+        {24, &r.ExtraParams[9]},      {25, &r.StdParallel1},       {26, &r.StdParallel2},
+        {27, &r.ScaleFactor},         {28, &r.SatelliteHeightKm},  {29, &r.TrueScaleLatitude},
+        {30, &r.SpareParam},          {31, &r.Matrix1.Value[0][0]}, {33, &r.Matrix1.Value[0][2]},
+        {34, &r.Matrix1.Value[1][0]}, {39, &r.Matrix1.Value[2][2]}, {40, &r.Matrix2.Value[0][0]},
+        {48, &r.Matrix2.Value[2][2]}, {49, &r.Affine[0]},          {53, &r.Affine[4]},
+        {56, &r.ItemValue1[0]},       {57, &r.ItemValue2[0]},      {58, &r.ItemValue3[0]},
+        {59, &r.ItemValue4[0]},       {61, &r.ItemValue1[1]},      {251, &r.ItemValue1[39]},
+        {254, &r.ItemValue4[39]},     {269, &r.Shift[0]},          {278, &r.Shift[9]}};
+    for (const auto& [field, member] : doubles) EXPECT_EQ(*member, field + 0.5) << "field " << field;
+    const std::vector<std::pair<int, std::string>> texts = {
+        {1, LmFixedText(r.GeogName)},       {7, LmFixedText(r.ProjName)},   {55, LmFixedText(r.ItemNames[0])},
+        {60, LmFixedText(r.ItemNames[1])},  {250, LmFixedText(r.ItemNames[39])},
+        {255, LmFixedText(r.Labels[0])},    {258, LmFixedText(r.Labels[3])}};
+    for (const auto& [field, member] : texts) EXPECT_EQ(member, "t" + std::to_string(field));
+    // Fields 279 to 287 are never read: the second half of the shift block stays 0.
+    for (int i = 10; i < 20; ++i) EXPECT_EQ(r.Shift[i], 0.0);
+}
+
+TEST(LegacyRecord, NeedsAtLeast288FieldsAndLeavesTheRecordAloneOtherwise) {
+    tag_Projection_Param r;
+    EXPECT_FALSE(r.FromString(GaussKrugerText({}, 287).c_str()));
+    EXPECT_FALSE(r.FromString(nullptr));
+    EXPECT_FALSE(r.FromString(""));
+    EXPECT_EQ(r.ProjType, 0);
+    EXPECT_EQ(r.SemiMajorKm, 6378.2064);
+    EXPECT_TRUE(r.FromString(GaussKrugerText({}, 288).c_str()));
+    EXPECT_EQ(r.ProjType, 11);
+    EXPECT_EQ(r.SemiMajorKm, 6378.245);
+    EXPECT_TRUE(r.ToString().empty());
+}
+
+TEST(LegacyRecord, FixedTextsAreCutWithoutTerminatorAndReadBackBounded) {
+    tag_Projection_Param r;
+    ASSERT_TRUE(r.FromString(GaussKrugerText({{1, std::string(200, 'A')}, {7, std::string(127, 'B')}, {6, "1"}}).c_str()));
+    EXPECT_EQ(std::string(r.GeogName, 128), std::string(128, 'A'));  // no terminator anywhere
+    EXPECT_EQ(LmFixedText(r.GeogName), std::string(128, 'A'));
+    EXPECT_EQ(LmFixedText(r.ProjName), std::string(127, 'B'));
+    Srs srs(r.ToGdal());
+    EXPECT_STREQ(srs->GetAttrValue("GEOGCS"), std::string(128, 'A').c_str());
+
+    char buffer[4];
+    Parser<char*>::Parse("abcdef", buffer, sizeof buffer);
+    EXPECT_STREQ(buffer, "abc");
+    std::int32_t wrapped = 0;
+    Parser<std::int32_t>::Parse("4294967297", wrapped);  // 2^32 + 1 keeps its low 32 bits
+    EXPECT_EQ(wrapped, 1);
+}
+
+TEST(LegacyRecord, DefaultsAreClarke1866Zone20AndConvertToAnEmptyReference) {
+    tag_Projection_Param r;
+    const std::vector<std::pair<double, double>> defaults = {
+        {r.SemiMajorKm, 6378.2064}, {r.InvFlattening, 294.9786982}, {r.SemiMinorKm, 6356.583799998981},
+        {r.RadiusKm, 6371.116},     {r.FalseEastingKm, 500.0},      {r.CentralMeridian, 117.0},
+        {r.OriginLatitude, 30.0},   {r.ExtraParams[9], 123.0},      {r.StdParallel2, 45.0},
+        {r.SpareParam, 30.0},       {r.Matrix2.Value[1][1], 1.0},   {r.Matrix2.Value[1][2], 0.0},
+        {r.Affine[3], 1.0},         {r.ZoneNumber, 20},             {r.GeogName[0], 0}};
+    for (std::size_t i = 0; i < defaults.size(); ++i) EXPECT_EQ(defaults[i].first, defaults[i].second) << i;
+    for (int type : {0, 40, 41}) {
+        r.ProjType = type;
+        Srs srs(r.ToGdal());
+        ASSERT_NE(srs, nullptr);
+        EXPECT_TRUE(srs->IsEmpty()) << type;
+    }
+}
+
+// Values no method shares, so a parameter read from the wrong member shows.
+tag_Projection_Param DistinctProjection(int type) {
+    tag_Projection_Param r;
+    r.ProjType = type;
+    Parser<char[128]>::Parse("Geog", r.GeogName);
+    Parser<char[128]>::Parse("Proj", r.ProjName);
+    r.SemiMajorKm = 6378.245;
+    r.InvFlattening = 298.3;
+    r.FalseEastingKm = 123.0;
+    r.FalseNorthingKm = 45.5;
+    r.OriginLatitude = 31.0;
+    r.CentralMeridian = 118.0;
+    r.StdParallel1 = 24.0;
+    r.StdParallel2 = 46.0;
+    r.ScaleFactor = 0.95;
+    r.TrueScaleLatitude = 71.0;
+    r.SatelliteHeightKm = 35786.0;
+    return r;
+}
+
+TEST(LegacyRecord, EachTypeGivesItsGdalMethodAndParameters) {
+    struct Case {
+        int type;
+        const char* method;
+        std::map<std::string, double> parameters;  // besides the false easting and northing
+    };
+    const std::vector<Case> cases = {
+        {2, SRS_PT_ALBERS_CONIC_EQUAL_AREA, {{SRS_PP_STANDARD_PARALLEL_1, 31}, {SRS_PP_STANDARD_PARALLEL_2, 31}, {SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {3, SRS_PT_ALBERS_CONIC_EQUAL_AREA, {{SRS_PP_STANDARD_PARALLEL_1, 24}, {SRS_PP_STANDARD_PARALLEL_2, 46}, {SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {4, SRS_PT_EQUIDISTANT_CONIC, {{SRS_PP_STANDARD_PARALLEL_1, 31}, {SRS_PP_STANDARD_PARALLEL_2, 31}, {SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {5, SRS_PT_EQUIDISTANT_CONIC, {{SRS_PP_STANDARD_PARALLEL_1, 24}, {SRS_PP_STANDARD_PARALLEL_2, 46}, {SRS_PP_LATITUDE_OF_CENTER, 31}}},
+        {6, SRS_PT_LAMBERT_CONFORMAL_CONIC_1SP, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 1}}},
+        {7, SRS_PT_LAMBERT_CONFORMAL_CONIC_2SP, {{SRS_PP_STANDARD_PARALLEL_1, 24}, {SRS_PP_STANDARD_PARALLEL_2, 46}, {SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {8, SRS_PT_POLYCONIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {10, SRS_PT_POLYCONIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {11, SRS_PT_TRANSVERSE_MERCATOR, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {12, SRS_PT_TRANSVERSE_MERCATOR, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {13, SRS_PT_CYLINDRICAL_EQUAL_AREA, {{SRS_PP_STANDARD_PARALLEL_1, 0}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {14, SRS_PT_CYLINDRICAL_EQUAL_AREA, {{SRS_PP_STANDARD_PARALLEL_1, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {15, SRS_PT_EQUIRECTANGULAR, {{SRS_PP_STANDARD_PARALLEL_1, 0}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {16, SRS_PT_EQUIRECTANGULAR, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        // GDAL keeps no origin latitude for Mercator (1SP), so 17 and 18 read alike.
+        {17, SRS_PT_MERCATOR_1SP, {{SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {18, SRS_PT_MERCATOR_1SP, {{SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {19, SRS_PT_LAMBERT_AZIMUTHAL_EQUAL_AREA, {{SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {20, SRS_PT_POLAR_STEREOGRAPHIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 71}, {SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {21, SRS_PT_POLAR_STEREOGRAPHIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 71}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {22, SRS_PT_AZIMUTHAL_EQUIDISTANT, {{SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {23, SRS_PT_LAMBERT_AZIMUTHAL_EQUAL_AREA, {{SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {24, SRS_PT_OBLIQUE_STEREOGRAPHIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {25, SRS_PT_OBLIQUE_STEREOGRAPHIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 30}, {SRS_PP_CENTRAL_MERIDIAN, 105}, {SRS_PP_SCALE_FACTOR, 0.95}}},
+        {26, SRS_PT_AZIMUTHAL_EQUIDISTANT, {{SRS_PP_LATITUDE_OF_CENTER, 31}, {SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {27, SRS_PT_GNOMONIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {28, SRS_PT_ORTHOGRAPHIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {29, SRS_PT_STEREOGRAPHIC, {{SRS_PP_LATITUDE_OF_ORIGIN, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SCALE_FACTOR, 1}}},
+        {30, SRS_PT_GEOSTATIONARY_SATELLITE, {{SRS_PP_CENTRAL_MERIDIAN, 118}, {SRS_PP_SATELLITE_HEIGHT, 35786000}}},
+        {31, SRS_PT_BONNE, {{SRS_PP_STANDARD_PARALLEL_1, 31}, {SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {32, SRS_PT_SINUSOIDAL, {{SRS_PP_LONGITUDE_OF_CENTER, 118}}},
+        {33, SRS_PT_ECKERT_VI, {{SRS_PP_CENTRAL_MERIDIAN, 118}}},
+        {34, SRS_PT_MOLLWEIDE, {{SRS_PP_CENTRAL_MERIDIAN, 118}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.type);
+        Srs srs(DistinctProjection(c.type).ToGdal());
+        ASSERT_TRUE(srs->IsProjected());
+        EXPECT_STREQ(srs->GetAttrValue("PROJCS"), "Proj");
+        EXPECT_STREQ(srs->GetAttrValue("GEOGCS"), "Geog");
+        EXPECT_STREQ(srs->GetAttrValue("DATUM"), "Geog");
+        EXPECT_DOUBLE_EQ(srs->GetSemiMajor(), 6378245.0);
+        EXPECT_DOUBLE_EQ(srs->GetInvFlattening(), 298.3);
+        EXPECT_STREQ(srs->GetAttrValue("PROJECTION"), c.method);
+        for (const auto& [name, value] : c.parameters) EXPECT_DOUBLE_EQ(srs->GetProjParm(name.c_str(), -1), value) << name;
+        // Type 21 pins its false origin to zero.
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_FALSE_EASTING, -1), c.type == 21 ? 0.0 : 123000.0);
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_FALSE_NORTHING, -1), c.type == 21 ? 0.0 : 45500.0);
+        EXPECT_EQ(srs->GetAxisMappingStrategy(), OAMS_TRADITIONAL_GIS_ORDER);
+    }
+    Srs geographic(DistinctProjection(1).ToGdal());
+    EXPECT_TRUE(geographic->IsGeographic());
+    EXPECT_STREQ(geographic->GetAttrValue("GEOGCS"), "Geog");
+    for (int type : {9, 35, -3, 1000}) {
+        Srs nameOnly(DistinctProjection(type).ToGdal());
+        EXPECT_STREQ(nameOnly->GetAttrValue("PROJCS"), "Proj") << type;
+        EXPECT_DOUBLE_EQ(nameOnly->GetProjParm(SRS_PP_FALSE_EASTING, -1), -1) << type;
+        EXPECT_DOUBLE_EQ(nameOnly->GetSemiMajor(), 6378245.0) << type;
+    }
+}
+
+TEST(LegacyRecord, ZoneFormsPrefixTheZoneToTheFalseEastingAndFallBackOtherwise) {
+    struct Case {
+        int type, width, zone, hemisphere;
+        double lon0, feKm;
+        double lat0, k, fe, fn;  // expected
+    };
+    // The record's own origin latitude is 31, scale 0.8 and false northing 10 km.
+    const std::vector<Case> cases = {
+        {11, 0, 20, 0, 117, 500, 0, 1.0, 20500000, 10000},
+        {11, 1, 39, 0, 117, 500, 0, 1.0, 39500000, 10000},
+        {11, 1, 120, 0, 360, 500, 0, 1.0, 120500000, 10000},
+        {11, 0, 1, 0, 3, 500, 0, 1.0, 1500000, 10000},
+        {11, 1, 20, 0, 117, 500, 31, 0.8, 500000, 10000},   // 6-degree meridian for a 3-degree zone
+        {11, 0, 61, 0, 363, 500, 31, 0.8, 500000, 10000},   // zone beyond 60
+        {11, 0, 20, 0, 117, 400, 31, 0.8, 400000, 10000},   // other false easting
+        {11, 2, 20, 0, 117, 500, 31, 0.8, 500000, 10000},   // unknown zone width
+        // The record numbers UTM zones like 6-degree Gauss-Kruger ones (20 is 117 E).
+        {12, 0, 20, 0, 117, 500, 0, 0.9996, 20500000, 0},
+        {12, 0, 20, 1, 117, 500, 0, 0.9996, 20500000, 10000000},
+        {12, 1, 20, 0, 117, 500, 0, 0.9996, 20500000, 0},   // zone width not consulted
+        {12, 0, 20, 2, 117, 500, 31, 0.8, 500000, 10000},   // unknown hemisphere
+        {12, 0, 50, 0, 117, 500, 31, 0.8, 500000, 10000},   // the usual UTM numbering is not this one
+        {12, 0, 0, 0, -3, 500, 31, 0.8, 500000, 10000},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "type " << c.type << " zone " << c.zone << " width " << c.width
+                                        << " hemisphere " << c.hemisphere);
+        tag_Projection_Param r;
+        r.ProjType = c.type;
+        r.ZoneWidth = c.width;
+        r.ZoneNumber = c.zone;
+        r.Hemisphere = c.hemisphere;
+        r.CentralMeridian = c.lon0;
+        r.FalseEastingKm = c.feKm;
+        r.OriginLatitude = 31;
+        r.ScaleFactor = 0.8;
+        r.FalseNorthingKm = 10;
+        Srs srs(r.ToGdal());
+        EXPECT_STREQ(srs->GetAttrValue("PROJECTION"), SRS_PT_TRANSVERSE_MERCATOR);
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_CENTRAL_MERIDIAN, -1), c.lon0);
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_LATITUDE_OF_ORIGIN, -1), c.lat0);
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_SCALE_FACTOR, -1), c.k);
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_FALSE_EASTING, -1), c.fe);
+        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_FALSE_NORTHING, -1), c.fn);
+    }
+}
+
+TEST(LegacyRecord, OnlyASevenParameterShiftBecomesTowgs84) {
+    for (int type : {1, 11}) {
+        for (double count : {7.0, 3.0, 0.0, 7.5}) {
+            tag_Projection_Param r;
+            r.ProjType = type;
+            r.Shift[0] = count;
+            for (int i = 1; i < 10; ++i) r.Shift[i] = i * 1.5;
+            Srs srs(r.ToGdal());
+            double towgs84[7] = {};
+            const bool shifted = srs->GetTOWGS84(towgs84, 7) == OGRERR_NONE;
+            EXPECT_EQ(shifted, count == 7.0) << type << " " << count;
+            for (int i = 0; shifted && i < 7; ++i) EXPECT_DOUBLE_EQ(towgs84[i], (i + 1) * 1.5);
+            // The shift must not cost the projected system its own ellipsoid.
+            EXPECT_DOUBLE_EQ(srs->GetSemiMajor(), 6378206.4);
+        }
+    }
+}
+
+TEST(LegacyText, AutoDetectFallsBackToWktWhileTheLegacyFormatDoesNot) {
+    const char* wkt =
+        R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
+        R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])";
+    LmSpatialReference autoWkt(wkt, eAutoDetect);
+    EXPECT_TRUE(autoWkt.IsGeographic());
+    EXPECT_EQ(autoWkt.ExportToWKT(false), wkt);
+    EXPECT_TRUE(LmSpatialReference(wkt, eLegacyParameters).IsNull());
+    EXPECT_TRUE(LmSpatialReference(GaussKrugerText({}, 287).c_str(), eLegacyParameters).IsNull());
+
+    const std::string legacy = GaussKrugerText();
+    for (LmSpatialReferenceFormat format : {eAutoDetect, eLegacyParameters}) {
+        LmSpatialReference reference(legacy.c_str(), format);
+        ASSERT_TRUE(reference.IsProjected());
+        EXPECT_EQ(reference.Name(), "Beijing1954_GK_20");
+        EXPECT_EQ(reference.Handle()->GetAxisMappingStrategy(), OAMS_TRADITIONAL_GIS_ORDER);
+        // The legacy text is not kept: the WKT is OGR's.
+        EXPECT_EQ(reference.ExportToWKT(false).rfind("PROJCS[\"Beijing1954_GK_20\"", 0), 0u);
+    }
+    // Type 0 is an empty but non-null reference.
+    LmSpatialReference empty(GaussKrugerText({{6, "0"}}).c_str(), eLegacyParameters);
+    EXPECT_FALSE(empty.IsNull());
+    EXPECT_FALSE(empty.IsGeographic() || empty.IsProjected());
+}
+
+// Meridian arc length from the equator to `lat` degrees, by Simpson's rule.
+double MeridianArc(double a, double invF, double lat) {
+    const double f = 1 / invF, e2 = f * (2 - f), phi = lat * M_PI / 180;
+    const int n = 1000;
+    auto m = [&](double p) { return a * (1 - e2) / std::pow(1 - e2 * std::sin(p) * std::sin(p), 1.5); };
+    double sum = m(0) + m(phi);
+    for (int i = 1; i < n; ++i) sum += (i % 2 ? 4 : 2) * m(phi * i / n);
+    return sum * phi / n / 3;
+}
+
+TEST(LegacyText, GaussKrugerReferenceProjectsOntoTheZonePrefixedGrid) {
+    LmSmarterPtr<LmSpatialReference> gk(new LmSpatialReference(GaussKrugerText().c_str(), eLegacyParameters));
+    LmSmarterPtr<LmSpatialReference> geographic = gk->Geographic();
+    ASSERT_TRUE(geographic);
+    LmSmarterPtr<LmCoordinateTransformation> project(new LmProjectCoordinateTransformation(geographic, gk));
+    // On the central meridian the easting is the false easting and the
+    // northing the meridian arc.
+    double x = 117.0, y = 30.0;
+    ASSERT_TRUE(project->Transformation(x, y));
+    EXPECT_NEAR(x, 20500000.0, 1e-6);
+    EXPECT_NEAR(y, MeridianArc(6378245.0, 298.3, 30.0), 1e-3);
+}
+
+TEST(LegacyText, HostileTextsNeverBreakTheReader) {
+    const std::string huge(1 << 20, 'N');
+    std::string embeddedZero = GaussKrugerText();
+    embeddedZero[40] = '\0';
+    const std::vector<std::pair<std::string, bool>> texts = {
+        {std::string(99999, ','), true},  // 100,000 empty fields
+        {GaussKrugerText({{1, huge}, {7, huge}}), true},
+        {GaussKrugerText({{2, "x"}, {4, "--"}, {11, "1e999"}, {13, "nan"}, {27, "-inf"}}), true},
+        {GaussKrugerText({{6, "99999999999999999999"}}), true},
+        {GaussKrugerText({{6, "12"}, {9, "-2147483648"}, {13, "1e308"}}), true},
+        {embeddedZero, false},
+    };
+    for (const auto& [text, accepted] : texts) {
+        tag_Projection_Param r;
+        EXPECT_EQ(r.FromString(text.c_str()), accepted);
+        Srs srs(r.ToGdal());
+        EXPECT_NE(srs, nullptr);
+        LmSpatialReference(text.c_str(), eLegacyParameters).ExportToWKT(false);
+    }
+    // Every type with degenerate numbers: a flat, zero-sized or infinite earth.
+    for (double bad : {0.0, -1.0, std::nan(""), HUGE_VAL, -1e308}) {
+        for (int type = -1; type <= 42; ++type) {
+            tag_Projection_Param r;
+            r.ProjType = type;
+            r.SemiMajorKm = r.InvFlattening = r.ScaleFactor = r.OriginLatitude = r.StdParallel1 = bad;
+            r.Shift[0] = 7;
+            Srs srs(r.ToGdal());
+            ASSERT_NE(srs, nullptr);
+            char* wkt = nullptr;
+            CPLPushErrorHandler(CPLQuietErrorHandler);
+            srs->exportToWkt(&wkt);
+            CPLPopErrorHandler();
+            CPLFree(wkt);
+        }
+    }
+}
+
+}  // namespace
