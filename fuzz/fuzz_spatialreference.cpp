@@ -27,6 +27,15 @@ void AskEverything(LmSpatialReference& reference, LmSpatialReference& other) {
     reference.ExportToWKT(true);
     reference.ExportToXml();
     reference.ExportToProj4();
+    reference.EPSG();
+    reference.CoordinateSystem();
+    for (int i : {-1, 0, 1, 2}) reference.CoordinateAxis(i);
+    reference.EllipsoidInfo();
+    reference.Datum();
+    reference.GeographicCoordinateReferenceSystem();
+    reference.CoordinateConversionsRule();
+    const int parameters = reference.CoordinateConversionsParameterCount();
+    for (int i : {-1, 0, parameters - 1, parameters}) reference.CoordinateConversionsParameter(i);
     reference.IsSame(&other);
     reference.IsSameProjCS(&other);
     reference.IsSameGeogCS(&other);
