@@ -58,6 +58,7 @@ void BindSpatialReference(py::module_& m);
 void BindTransformations(py::module_& m);
 void BindGeodesics(py::module_& m);
 void BindFactory(py::module_& m);
+void BindPyramids(py::module_& m);
 
 }  // namespace LmPython
 

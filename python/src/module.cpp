@@ -74,4 +74,5 @@ PYBIND11_MODULE(_lmspatialreference, m) {
     LmPython::BindTransformations(m);
     LmPython::BindGeodesics(m);
     LmPython::BindFactory(m);
+    LmPython::BindPyramids(m);
 }
