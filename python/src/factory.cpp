@@ -24,7 +24,7 @@ struct ControlPoints {
 py::array_t<double, py::array::c_style> PointsArgument(py::handle points, const char* what) {
     if (!py::isinstance<py::array>(points)) throw py::type_error(std::string(what) + " must be a numpy.ndarray");
     auto array = py::reinterpret_borrow<py::array>(points);
-    if (!array.dtype().is(py::dtype::of<double>())) throw py::type_error(std::string(what) + " must have dtype float64");
+    if (!IsFloat64(array)) throw py::type_error(std::string(what) + " must have dtype float64");
     if (array.ndim() != 2 || (array.shape(1) != 2 && array.shape(1) != 3)) {
         throw py::value_error(std::string(what) + " must have shape (n, 2) or (n, 3)");
     }
@@ -56,11 +56,16 @@ LmEstimationResult Estimated(Estimate estimate) {
     return result;
 }
 
-// count doubles from a sequence, or from an array of any shape read in C
-// order (corners as a (4, 2) array, say).
+// count doubles from anything NumPy reads as numbers, of any shape, in C
+// order (corners as 8 floats, 4 pairs or a (4, 2) array, say).
 std::vector<double> Values(py::handle values, std::size_t count, const char* what) {
-    if (py::isinstance<py::array>(values)) return CheckParameters(values.attr("ravel")(), count, what);
-    return CheckParameters(values, count, what);
+    auto array = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(values);
+    if (!array) throw py::type_error(std::string(what) + " must be " + std::to_string(count) + " numbers");
+    if (static_cast<std::size_t>(array.size()) != count) {
+        throw py::value_error(std::string(what) + " must hold " + std::to_string(count) + " values, not " +
+                              std::to_string(array.size()));
+    }
+    return std::vector<double>(array.data(), array.data() + count);
 }
 
 // The same, or no array at all for None.
