@@ -20,21 +20,11 @@ using Utility::LmDir;
 using Utility::LmFile;
 using Utility::LmFileSystem;
 using Utility::LmGlobeConfig;
-using Utility::LmStringHelp;
 
 LmEPSGTable g_EPSGCache;
 LmRecentEPSGTable g_RecentCache;
 
 namespace {
-
-constexpr int kMostRecords = 99999;
-
-// The number of a code line, with or without its "EPSG:" prefix.
-std::int64_t _CodeOf(const LmString& line) {
-    const char* text = line.c_str();
-    if (LmStringHelp::StartWith(text, "EPSG:", true)) text += 5;
-    return LmCRT::_atoi64(text);
-}
 
 LmString _LibraryFolder() {
     const LmString module = LmFileSystem::ModuleFileName();
@@ -82,9 +72,7 @@ std::shared_ptr<LmEPSGMatcher> _AliasMatcher() {
     auto matcher = std::make_shared<LmEPSGMatcher>();
     // Read as the category reads it, but nothing is built until a search needs it.
     for (const auto& entry : ReadCategoryFile(path.c_str())) {
-        const char* digits = entry.first.c_str();
-        if (LmStringHelp::StartWith(digits, "EPSG:", true)) digits += 5;
-        matcher->Add(static_cast<int>(LmCRT::_atoi64(digits)), entry.first.c_str(), entry.second.c_str());
+        matcher->Add(static_cast<int>(CodeOfLine(entry.first)), entry.first.c_str(), entry.second.c_str());
     }
     g_aliasMatcher.path = path;
     g_aliasMatcher.size = status.st_size;
@@ -120,14 +108,9 @@ bool LoadEPSG() {
     if (!LmFileSystem::Exists(path.c_str())) return false;
     std::ifstream stream(path.c_str());
     if (!stream) return false;
-    std::int64_t count = LmCRT::_atoi64(ReadDataLine(stream).c_str());
-    if (count < 1 || count > kMostRecords) return false;
-    while (count >= 1) {
-        const std::int64_t code = _CodeOf(ReadDataLine(stream));
-        if (code <= 0 || code > INT32_MAX) break;
-        g_EPSGCache[static_cast<int>(code)] = ReadDataLine(stream);
-        --count;
-    }
+    std::map<int, LmString> table;
+    if (!ReadEPSGTable(stream, table)) return false;
+    for (auto& record : table) g_EPSGCache[record.first] = std::move(record.second);
     bLoad = true;
     return true;
 }
