@@ -81,8 +81,10 @@ def _recording_constructor(cls):
 def _recording_static(cls, method):
     native = getattr(cls, method)
     name = f"{cls.__name__}.{method}"
-    setattr(cls, method, staticmethod(_recording(native, name)))
-    _MAKERS[name] = native
+    # The rebuilt object records its definition too, so a copy pickles again.
+    made = _recording(native, name)
+    setattr(cls, method, staticmethod(made))
+    _MAKERS[name] = made
 
 
 def _install_pickling():
@@ -139,10 +141,24 @@ def _install_pickling():
     def add(self, member):
         native_add(self, member)
         name, args, kwargs = _recorded(self)
-        members = list(args[0] if args else kwargs.get("members", []))
-        _record(self, name, (members + [member],))
+        if name == chain_class.__name__:
+            members = list(args[0] if args else kwargs.get("members", []))
+            _record(self, name, (members + [member],))
+        elif name == "_extended":
+            _record(self, name, (args[0], args[1] + [member]))
+        else:
+            # A chain the factory made: rebuilt by the factory, then extended.
+            _record(self, "_extended", ((name, args, kwargs), [member]))
     add.__doc__ = native_add.__doc__
     chain_class.add = add
+
+    def extended(definition, members):
+        chain = _rebuild(*definition)
+        for member in members:
+            native_add(chain, member)
+        _record(chain, "_extended", (definition, list(members)))
+        return chain
+    _MAKERS["_extended"] = extended
 
     factory = getattr(T, "LmCoordinateTransformationFactory", None)
     if factory is not None:

@@ -32,6 +32,10 @@ using namespace Lumora::Kernel;
 
 inline std::string Text(const Lumora::Utility::LmString& text) { return text; }
 
+// True for a float64 array in native byte order. The dtype is compared by
+// value: an unpickled array carries its own dtype object, not NumPy's own.
+inline bool IsFloat64(const py::array& array) { return py::array_t<double>::check_(array); }
+
 // A borrowed view of a checked array of points: count points of dimension
 // doubles each, packed.
 struct PointArray {
@@ -58,6 +62,7 @@ void BindSpatialReference(py::module_& m);
 void BindTransformations(py::module_& m);
 void BindGeodesics(py::module_& m);
 void BindFactory(py::module_& m);
+void BindPyramids(py::module_& m);
 
 }  // namespace LmPython
 

@@ -13,7 +13,7 @@ PointArray CheckPoints(py::handle points, const char* what) {
                              std::string(py::str(py::type::handle_of(points).attr("__name__"))));
     }
     auto array = py::reinterpret_borrow<py::array>(points);
-    if (!array.dtype().is(py::dtype::of<double>())) {
+    if (!IsFloat64(array)) {
         throw py::type_error(std::string(what) + " must have dtype float64, not " +
                              std::string(py::str(array.dtype())));
     }
@@ -74,4 +74,5 @@ PYBIND11_MODULE(_lmspatialreference, m) {
     LmPython::BindTransformations(m);
     LmPython::BindGeodesics(m);
     LmPython::BindFactory(m);
+    LmPython::BindPyramids(m);
 }

@@ -52,7 +52,12 @@ void BindSpatialReference(py::module_& m) {
         m, "LmSpatialReference",
         "A coordinate reference system. A definition that cannot be read gives a null reference "
         "(is_null is True), whose queries answer False, 0.0 or an empty text.")
+        // Before the code overload: an enumerator also converts to int.
         .def(py::init<LmWellKnownSpatialReference>(), py::arg("well_known"), "One of the built-in definitions.")
+        .def(py::init<int>(), py::arg("epsg_code"),
+             "The reference of an EPSG code, from the library's EPSG table (else GDAL's EPSG support "
+             "when the table lacks the code); null when the code cannot be resolved or the table "
+             "cannot be loaded.")
         .def(py::init([](const std::string& text, LmSpatialReferenceFormat format) {
                  return new LmSpatialReference(text.c_str(), format);
              }),
@@ -75,6 +80,9 @@ void BindSpatialReference(py::module_& m) {
         .def_property_readonly("flatten_inverse_f", &LmSpatialReference::FlattenInverseF, "0 for a sphere.")
         .def_property_readonly("mean_radius", &LmSpatialReference::MeanRadius, "Metres.")
         .def_property_readonly("units", &LmSpatialReference::Units)
+        .def_property_readonly("epsg", &LmSpatialReference::EPSG,
+                               "The EPSG code (GDAL's authority code, else identified, else searched in the "
+                               "library's EPSG table); 0 when none is found or the reference is null.")
         .def(
             "export_to_wkt", [](const LmSpatialReference& r, bool pretty) { return Text(r.ExportToWKT(pretty)); },
             py::arg("pretty") = false, "The WKT form; empty for a null reference.")

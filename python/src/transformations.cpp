@@ -21,7 +21,7 @@ std::array<double, 6> Elements(const LmAffineCoordinateTransformation& affine) {
 py::array_t<double, py::array::c_style> ControlPoints(py::handle points, const char* what) {
     if (!py::isinstance<py::array>(points)) throw py::type_error(std::string(what) + " must be a numpy.ndarray");
     auto array = py::reinterpret_borrow<py::array>(points);
-    if (!array.dtype().is(py::dtype::of<double>())) throw py::type_error(std::string(what) + " must have dtype float64");
+    if (!IsFloat64(array)) throw py::type_error(std::string(what) + " must have dtype float64");
     if (array.ndim() != 2 || array.shape(1) != 2) throw py::value_error(std::string(what) + " must have shape (n, 2)");
     return py::array_t<double, py::array::c_style>::ensure(array);
 }

@@ -9,6 +9,8 @@ import pytest
 import lmspatialreference as lm
 
 UTM50 = "+proj=utm +zone=50 +datum=WGS84 +units=m +no_defs"
+F = lm.LmCoordinateTransformationFactory
+SEVEN = [-90, 40, 88, 1, -2, 3, 4.5]
 POINTS = np.array([[116.391, 39.907, 50.0], [117.2, 31.8, -3.0], [-3.7, 40.4, 0.0]])
 
 
@@ -31,6 +33,7 @@ REFERENCES = {
     "xml": lambda: lm.LmSpatialReference(ref("mercator").export_to_xml(), lm.eXML),
     "renamed": renamed,
     "null": lambda: lm.LmSpatialReference("", lm.eWKT),
+    "EPSG code": lambda: lm.LmSpatialReference(32650),
 }
 
 
@@ -66,7 +69,33 @@ TRANSFORMATIONS = {
     "converse": lambda: lm.LmConverseCoordinateTransformation(
         lm.LmAffineCoordinateTransformation([1.1, 0.1, -0.2, 0.9, 5, 6]), 1e-14),
     "chain": chain,
+    "factory: projection": lambda: F.create_project_coordinate_transformation(ref("wgs84"), ref("utm50")),
+    "factory: Bursa chain": lambda: F.create_bursa7_coordinate_transformation(ref("wgs84"), ref("utm50"), SEVEN),
+    "factory: Molodensky about a centre": lambda: F.create_molodensky_coordinate_transformation(
+        ref("wgs84"), ref("cgcs2000"), SEVEN, [-2.2e6, 4.4e6, 4.0e6]),
+    "factory: cube": lambda: F.create_cube4_patameter_coordinate_transformation(
+        ref("wgs84"), ref("wgs84"), 0.6, 2.0, [10.0, -5.0, 3.0, 1.5]),
+    "factory: plane fitting": lambda: F.create_plane_fitting_coordinate_transformation(
+        POINTS, POINTS * 1.01 + [0.5, -0.25, 0.0]),
+    "factory: graphs": lambda: F.create_graphs_interpolation_coordinate_transformation(
+        np.array([[100.0, 30.0], [120.0, 30.0], [100.0, 45.0], [120.0, 45.0]]), [1e-3, 2e-3, 3e-3, 4e-3] * 2),
+    "factory: parameter projection, then changed": lambda: _set_parameter(
+        F.create_parameter_project_coordinate_transformation(ref("wgs84"), ref("utm50"), lm.eCoordinateFrame7Parameter,
+                                                             SEVEN)),
+    "factory: chain extended": lambda: _extended(
+        F.create_bursa7_coordinate_transformation(ref("wgs84"), ref("wgs84"), SEVEN)),
 }
+
+
+def _set_parameter(t):
+    t.set_parameter(lm.eGeocentricTranslation3Parameter, [1, 2, 3])
+    return t
+
+
+def _extended(c):
+    c.add(F.create_wgs84_to_gcj02_coordinate_transformation())
+    c.add(F.create_plane4_patameter_coordinate_transformation([1.0, 2.0, 3.0, 4.0]))
+    return c
 
 
 def _set_target(t):
@@ -99,11 +128,13 @@ def test_reference_round_trip(name):
 def test_transformation_round_trip(name):
     original = TRANSFORMATIONS[name]()
     copy = pickle.loads(pickle.dumps(original))
-    assert type(copy) is type(original)
+    copy_of_copy = pickle.loads(pickle.dumps(copy))
+    assert type(copy) is type(original) and type(copy_of_copy) is type(original)
     ok, expected = transformed(original)
-    copy_ok, actual = transformed(copy)
-    assert ok == copy_ok
-    assert np.array_equal(actual, expected)
+    for rebuilt in (copy, copy_of_copy):
+        rebuilt_ok, actual = transformed(rebuilt)
+        assert ok == rebuilt_ok
+        assert np.array_equal(actual, expected)
 
 
 def test_rebuilt_in_another_process():
@@ -122,3 +153,10 @@ def test_rebuilt_in_another_process():
     for n, actual in zip(names, arrays):
         assert np.array_equal(actual, transformed(TRANSFORMATIONS[n]())[1]), n
     assert name == "site grid" and wkt == REFERENCES["renamed"]().export_to_wkt()
+
+
+def test_unpickled_arrays_are_float64_arrays():
+    # An unpickled array carries its own float64 dtype object.
+    points = pickle.loads(pickle.dumps(POINTS.copy()))
+    assert lm.LmWGS84ToGCJ02CoordinateTransformation().transform(points)
+    assert F.compute_plane4_parameter(points, points).parameters[0] == 0.0

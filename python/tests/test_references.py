@@ -18,6 +18,73 @@ REFERENCES = [
 ]
 
 
+# (EPSG code, geographic, name, a, 1/f): the EPSG register's own figures.
+EPSG_CODES = [
+    (4326, True, "WGS 84", 6378137.0, 298.257223563),
+    (4490, True, "China Geodetic Coordinate System 2000", 6378137.0, 298.257222101),
+    (32650, False, "WGS 84 / UTM zone 50N", 6378137.0, 298.257223563),
+    (4214, True, "Beijing 1954", 6378245.0, 298.3),
+    (3857, False, "WGS 84 / Pseudo-Mercator", 6378137.0, 298.257223563),
+]
+
+
+@pytest.mark.parametrize("code,geographic,name,a,invf", EPSG_CODES)
+def test_references_by_epsg_code(code, geographic, name, a, invf):
+    r = lm.LmSpatialReference(code)
+    assert (r.is_null, r.is_geographic, r.is_projected, r.name, r.epsg) == (False, geographic, not geographic, name, code)
+    assert r.equatorial_radius_a == a and r.flatten_inverse_f == pytest.approx(invf, abs=1e-9)
+
+
+@pytest.mark.parametrize("make,code", [(lambda: lm.LmSpatialReference(lm.eWGS84), 4326),
+                                       (lambda: lm.LmSpatialReference(UTM50, lm.eProj4), 32650),
+                                       (lambda: lm.LmSpatialReference(999999), 0),
+                                       (lambda: lm.LmSpatialReference(-1), 0),
+                                       (lambda: lm.LmSpatialReference("", lm.eWKT), 0)])
+def test_epsg_of_other_references(make, code):
+    assert make().epsg == code
+
+
+def legacy_record(changes=None):
+    # A Beijing 1954 Gauss-Kruger record for 6-degree zone 20 (central meridian
+    # 117 E) on the Krassowsky ellipsoid, as 288 comma-separated fields.
+    fields = ["0"] * 288
+    for i, v in {1: "Beijing1954", 2: "6378.245", 4: "298.3", 6: "11", 7: "Beijing1954_GK_20", 9: "20",
+                 11: "500", 13: "117", 27: "1", **(changes or {})}.items():
+        fields[i] = v
+    return ",".join(fields)
+
+
+def meridian_arc(a, invf, lat, n=1000):
+    # Simpson's rule over the meridian radius of curvature.
+    e2 = (2 - 1 / invf) / invf
+    phi = np.linspace(0, math.radians(lat), n + 1)
+    m = a * (1 - e2) / (1 - e2 * np.sin(phi) ** 2) ** 1.5
+    return (m[0] + m[-1] + 4 * m[1:-1:2].sum() + 2 * m[2:-1:2].sum()) * phi[-1] / n / 3
+
+
+@pytest.mark.parametrize("form", [lm.eLegacyParameters, lm.eAutoDetect])
+def test_legacy_parameter_text(form):
+    gk = lm.LmSpatialReference(legacy_record(), form)
+    assert gk.is_projected and gk.name == "Beijing1954_GK_20" and gk.equatorial_radius_a == 6378245.0
+    assert gk.export_to_wkt().startswith('PROJCS["Beijing1954_GK_20"')
+    # On the central meridian the easting is the zone-prefixed false easting and
+    # the northing the meridian arc.
+    x, y = lm.LmProjectCoordinateTransformation(gk.geographic(), gk).transform_point(117.0, 30.0)
+    assert x == pytest.approx(20500000.0, abs=1e-6) and y == pytest.approx(meridian_arc(6378245.0, 298.3, 30), abs=1e-3)
+
+
+@pytest.mark.parametrize("text", [legacy_record()[:-2], "GEOGCS[\"x\"]", ""])
+def test_texts_that_are_not_legacy_records(text):
+    assert lm.LmSpatialReference(text, lm.eLegacyParameters).is_null
+
+
+@pytest.mark.parametrize("text,form", [("<xml", lm.eXML), ("+proj=nonsense", lm.eProj4)])
+def test_refused_xml_and_proj4_give_empty_non_null_references(text, form):
+    # GDAL refuses both texts, but these two forms keep the empty OGR object.
+    r = lm.LmSpatialReference(text, form)
+    assert not r.is_null and not (r.is_geographic or r.is_projected) and r.export_to_wkt() == "" and r.epsg == 0
+
+
 @pytest.mark.parametrize("args,geographic,projected,a,invf,units", REFERENCES)
 def test_queries(args, geographic, projected, a, invf, units):
     r = lm.LmSpatialReference(*args)
