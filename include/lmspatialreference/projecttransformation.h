@@ -46,7 +46,10 @@ public:
     using LmCoordinateTransformation::Transformation;
     // True exactly when every point succeeded (so a batch of 0 points is true
     // and a negative count false). A point GDAL refuses is left as GDAL left
-    // it; the others are still transformed. Nothing is printed.
+    // it; the others are still transformed. A point with |x| or |y| beyond
+    // 1e12, far outside any reference on Earth, is refused and left as given,
+    // since PROJ can take seconds or forever to wrap such longitudes. Nothing
+    // is printed.
     bool Transformation(double* x, double* y, double* z, int count, int step) override;
 
 protected:
