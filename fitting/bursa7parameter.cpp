@@ -28,7 +28,6 @@ struct _Bursa7Normal {
 //   (1, 0, 0,  0, -Z,  Y, X | X' - X)
 //   (0, 1, 0,  Z,  0, -X, Y | Y' - Y)
 //   (0, 0, 1, -Y,  X,  0, Z | Z' - Z)
-// summed in the order of the full matrix product (see the plane estimator).
 // Three coordinates are read at stride dim: the model is meant for dim 3.
 _Bursa7Normal _NormalEquations(int count, int dim, const double* src, const double* dst) {
     _Bursa7Normal normal;
@@ -41,12 +40,7 @@ _Bursa7Normal _NormalEquations(int count, int dim, const double* src, const doub
                                    {0.0, 1.0, 0.0, Z, 0.0, -X, Y},
                                    {0.0, 0.0, 1.0, -Y, X, 0.0, Z}};
         const double l[3] = {dst[k] - X, dst[k + 1] - Y, dst[k + 2] - Z};
-        for (int r = 0; r < 3; ++r) {
-            for (int p = 0; p < 7; ++p) {
-                for (int q = 0; q < 7; ++q) N[p * 7 + q] += rows[r][p] * rows[r][q];
-                w[p] += rows[r][p] * l[r];
-            }
-        }
+        _AddToNormalEquations(rows, l, N, w);
     }
     normal.N.setdata(N, 49);
     normal.w.setdata(w, 7);

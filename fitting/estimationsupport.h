@@ -48,6 +48,19 @@ double _RootMeanSquareOfMinimum(double minimum, int count);
 // unknowns (metres against radians against ratios).
 bool _NormalMatrixDetermines(int n, const double* N);
 
+// Adds one point's design rows to the normal equations, N += Bᵀ B and
+// w += Bᵀ l (N row-major), row by row in the order of the full matrix
+// product, so the sums are the product's own while memory stays constant.
+template <int Rows, int Unknowns>
+void _AddToNormalEquations(const double (&rows)[Rows][Unknowns], const double (&l)[Rows], double* N, double* w) {
+    for (int r = 0; r < Rows; ++r) {
+        for (int p = 0; p < Unknowns; ++p) {
+            for (int q = 0; q < Unknowns; ++q) N[p * Unknowns + q] += rows[r][p] * rows[r][q];
+            w[p] += rows[r][p] * l[r];
+        }
+    }
+}
+
 // Calls point(i) for every i in [0, count): serially for small batches,
 // where a parallel region costs more than it saves, else through the batch
 // driver. point must only touch point i.

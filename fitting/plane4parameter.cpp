@@ -27,8 +27,7 @@ struct _Plane4Normal {
 };
 
 // Bᵀ B and Bᵀ l of the design rows (1, 0, x, -y | X - x) and
-// (0, 1, y, x | Y - y), summed point by point in the order of the full matrix
-// product, so the sums are the product's own while memory stays constant.
+// (0, 1, y, x | Y - y).
 _Plane4Normal _NormalEquations(int count, int dim, const double* src, const double* dst) {
     _Plane4Normal normal;
     double N[16] = {};
@@ -38,12 +37,7 @@ _Plane4Normal _NormalEquations(int count, int dim, const double* src, const doub
         const double x = src[k], y = src[k + 1];
         const double rows[2][4] = {{1.0, 0.0, x, -y}, {0.0, 1.0, y, x}};
         const double l[2] = {dst[k] - x, dst[k + 1] - y};
-        for (int r = 0; r < 2; ++r) {
-            for (int p = 0; p < 4; ++p) {
-                for (int q = 0; q < 4; ++q) N[p * 4 + q] += rows[r][p] * rows[r][q];
-                w[p] += rows[r][p] * l[r];
-            }
-        }
+        _AddToNormalEquations(rows, l, N, w);
     }
     normal.N.setdata(N, 16);
     normal.w.setdata(w, 4);
