@@ -59,6 +59,7 @@ LmSpatialReference::LmSpatialReference(int epsg) : m_pSRS(nullptr) {
 }
 
 int LmSpatialReference::EPSG() const {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return 0;
     const char* key = IsGeographic() ? "GEOGCS" : "PROJCS";
     {

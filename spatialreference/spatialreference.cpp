@@ -93,6 +93,7 @@ LmSpatialReference::LmSpatialReference(const char* text, LmSpatialReferenceForma
             _Adopt(new OGRSpatialReference());
             if (format == eXML) m_pSRS->importFromXML(text);
             else m_pSRS->importFromProj4(text);
+            WithoutGeocentricAuthority(m_pSRS);
             m_strWKT.clear();
             break;
         }
@@ -103,21 +104,36 @@ LmSpatialReference::~LmSpatialReference() {
     if (m_pSRS != nullptr) OGRSpatialReference::DestroySpatialReference(m_pSRS);
 }
 
-void LmSpatialReference::_Adopt(OGRSpatialReference* srs) { m_pSRS = WithGisAxisOrder(srs); }
+void LmSpatialReference::_Adopt(OGRSpatialReference* srs) {
+    m_pSRS = WithGisAxisOrder(WithoutGeocentricAuthority(srs));
+}
 
 OGRSpatialReference* LmSpatialReference::Handle() { return m_pSRS; }
 
 bool LmSpatialReference::IsNull() const { return m_pSRS == nullptr; }
 
-bool LmSpatialReference::IsGeographic() const { return m_pSRS != nullptr && m_pSRS->IsGeographic(); }
+// Every query runs under the quiet guard: OGR refreshes its PROJ object
+// lazily, even here, and PROJ reports trouble such as a missing +nadgrids grid
+// through GDAL's error handler.
+bool LmSpatialReference::IsGeographic() const {
+    LmQuietGdalErrors quiet;
+    return m_pSRS != nullptr && m_pSRS->IsGeographic();
+}
 
-bool LmSpatialReference::IsProjected() const { return m_pSRS != nullptr && m_pSRS->IsProjected(); }
+bool LmSpatialReference::IsProjected() const {
+    LmQuietGdalErrors quiet;
+    return m_pSRS != nullptr && m_pSRS->IsProjected();
+}
 
-bool LmSpatialReference::IsLocalCS() const { return m_pSRS != nullptr && m_pSRS->IsLocal(); }
+bool LmSpatialReference::IsLocalCS() const {
+    LmQuietGdalErrors quiet;
+    return m_pSRS != nullptr && m_pSRS->IsLocal();
+}
 
 // A given name belongs to the object, so a null reference (such as the clone
 // of a reference without cached text) still answers it.
 LmString LmSpatialReference::Name() const {
+    LmQuietGdalErrors quiet;
     if (!m_strName.empty()) return m_strName;
     if (m_pSRS == nullptr) return "";
     return FirstChildValue(m_pSRS->GetRoot(), "");
@@ -126,11 +142,13 @@ LmString LmSpatialReference::Name() const {
 void LmSpatialReference::Name(const char* name) { m_strName = Utility::LmStringHelp::ToString(name); }
 
 LmString LmSpatialReference::Ellipsoid() const {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return "";
     return FirstChildValue(m_pSRS->GetAttrNode("SPHEROID"), "");
 }
 
 LmString LmSpatialReference::Projection() const {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return "";
     return FirstChildValue(m_pSRS->GetAttrNode("PROJECTION"), "");
 }
@@ -158,6 +176,7 @@ double LmSpatialReference::FlattenInverseF() const {
 double LmSpatialReference::MeanRadius() const { return (EquatorialRadiusA() + PolarRadiusB()) / 2.0; }
 
 LmString LmSpatialReference::ExportToWKT(bool pretty) const {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return "";
     if (pretty) return _ExportedText([this](char** text) { return m_pSRS->exportToPrettyWkt(text, FALSE); });
     if (m_strWKT.empty()) m_strWKT = _ExportedText([this](char** text) { return m_pSRS->exportToWkt(text); });
@@ -165,6 +184,7 @@ LmString LmSpatialReference::ExportToWKT(bool pretty) const {
 }
 
 LmString LmSpatialReference::ExportToXml() const {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return "";
     return _ExportedText([this](char** text) { return m_pSRS->exportToXML(text, nullptr); });
 }
@@ -175,6 +195,7 @@ LmString LmSpatialReference::ExportToProj4() const {
 }
 
 LmSmarterPtr<LmSpatialReference> LmSpatialReference::Geographic() {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return LmSmarterPtr<LmSpatialReference>();
     if (IsGeographic()) return LmSmarterPtr<LmSpatialReference>(this);
     const OGR_SRSNode* geogcs = m_pSRS->GetAttrNode("GEOGCS");
@@ -185,6 +206,7 @@ LmSmarterPtr<LmSpatialReference> LmSpatialReference::Geographic() {
 }
 
 LmSmarterPtr<LmSpatialReference> LmSpatialReference::Clone() const {
+    LmQuietGdalErrors quiet;
     LmSmarterPtr<LmSpatialReference> clone(new LmSpatialReference(m_strWKT.c_str(), eWKT));
     clone->m_strName = m_strName;
     clone->m_vecParameters = m_vecParameters;

@@ -19,6 +19,7 @@ bool _SameRootName(const OGRSpatialReference* a, const OGRSpatialReference* b) {
 }  // namespace
 
 bool LmSpatialReference::IsSame(LmSpatialReference* other) const {
+    LmQuietGdalErrors quiet;
     if (other == nullptr) return false;
     if (m_pSRS == nullptr && other->m_pSRS == nullptr) return true;
     if (IsGeographic() != other->IsGeographic()) return false;
@@ -28,6 +29,7 @@ bool LmSpatialReference::IsSame(LmSpatialReference* other) const {
 }
 
 bool LmSpatialReference::IsSameProjCS(LmSpatialReference* other) const {
+    LmQuietGdalErrors quiet;
     if (other == nullptr || !IsProjected() || !other->IsProjected()) return false;
     // Names first: the ellipsoid queries cost far more, and EPSG searches
     // make this test against many references.
@@ -36,12 +38,14 @@ bool LmSpatialReference::IsSameProjCS(LmSpatialReference* other) const {
 }
 
 bool LmSpatialReference::IsSameGeogCS(LmSpatialReference* other) const {
+    LmQuietGdalErrors quiet;
     if (other == nullptr || !IsGeographic() || !other->IsGeographic()) return false;
     if (m_pSRS->IsSameGeogCS(other->m_pSRS)) return true;
     return _SameRootName(m_pSRS, other->m_pSRS) && IsSameEllipsoid(m_pSRS, other->m_pSRS);
 }
 
 bool LmSpatialReference::IsSameParameter(LmSpatialReference* other) const {
+    LmQuietGdalErrors quiet;
     if (other == nullptr || m_pSRS == nullptr || other->m_pSRS == nullptr) return false;
     if (IsGeographic() != other->IsGeographic()) return false;
     if (!IsSameEllipsoid(m_pSRS, other->m_pSRS)) return false;

@@ -38,6 +38,7 @@ LmString LmSpatialReference::Axis(int i, LmAxisOrientation* orientation) const {
 }
 
 LmCoordinateSystem LmSpatialReference::CoordinateSystem() const {
+    LmQuietGdalErrors quiet;
     LmAxisOrientation orientation1 = eOrientOther, orientation2 = eOrientOther;
     const LmString name1 = Axis(0, &orientation1);
     const LmString name2 = Axis(1, &orientation2);
@@ -57,6 +58,7 @@ LmCoordinateSystem LmSpatialReference::CoordinateSystem() const {
 }
 
 LmCoordinateAxis LmSpatialReference::CoordinateAxis(int i) const {
+    LmQuietGdalErrors quiet;
     i = i <= 0 ? 0 : 1;
     LmAxisOrientation orientation = eOrientOther;
     const LmString name = Axis(i, &orientation);
@@ -73,6 +75,7 @@ LmCoordinateAxis LmSpatialReference::CoordinateAxis(int i) const {
 }
 
 LmEllipsoid LmSpatialReference::EllipsoidInfo() const {
+    LmQuietGdalErrors quiet;
     LmEllipsoid ellipsoid;
     ellipsoid.Code = GetCode(m_pSRS, "SPHEROID");
     ellipsoid.Name = Ellipsoid();
@@ -94,6 +97,7 @@ LmEllipsoid LmSpatialReference::EllipsoidInfo() const {
 }
 
 LmDatum LmSpatialReference::Datum() const {
+    LmQuietGdalErrors quiet;
     LmDatum datum;
     datum.Code = GetCode(m_pSRS, "DATUM");
     datum.EllipsoidCode = GetCode(m_pSRS, "SPHEROID");
@@ -102,7 +106,6 @@ LmDatum LmSpatialReference::Datum() const {
     datum.DataSource = datum.InformationSource = _epsg;
     if (m_pSRS == nullptr) return datum;
 
-    LmQuietGdalErrors quiet;
     datum.Name = FirstChildValue(m_pSRS->GetAttrNode("DATUM"), "");
     const OGR_SRSNode* towgs84 = m_pSRS->GetAttrNode("TOWGS84");
     datum.HasTOWGS84 = towgs84 != nullptr;
@@ -116,6 +119,7 @@ LmDatum LmSpatialReference::Datum() const {
 }
 
 LmCoordinateReferenceSystem LmSpatialReference::GeographicCoordinateReferenceSystem() const {
+    LmQuietGdalErrors quiet;
     const int datum = GetCode(m_pSRS, "DATUM");
     LmString name = Name();
 
@@ -146,6 +150,7 @@ LmCoordinateReferenceSystem LmSpatialReference::GeographicCoordinateReferenceSys
 }
 
 LmCoordinateConversionsRule LmSpatialReference::CoordinateConversionsRule() const {
+    LmQuietGdalErrors quiet;
     LmCoordinateConversionsRule rule;
     rule.MethodCode = ConversionsRuleCode(IsProjected(), m_pSRS);
     rule.Name = _NamePart(Name(), false);
@@ -154,6 +159,7 @@ LmCoordinateConversionsRule LmSpatialReference::CoordinateConversionsRule() cons
 }
 
 int LmSpatialReference::CoordinateConversionsParameterCount() const {
+    LmQuietGdalErrors quiet;
     // An empty list is read again on every call: only a filled list is kept.
     if (m_vecParameters.empty() && m_pSRS != nullptr) {
         LmQuietGdalErrors quiet;
@@ -163,6 +169,7 @@ int LmSpatialReference::CoordinateConversionsParameterCount() const {
 }
 
 LmCoordinateConversionsParameter LmSpatialReference::CoordinateConversionsParameter(int i) const {
+    LmQuietGdalErrors quiet;
     if (i < 0 || i >= CoordinateConversionsParameterCount()) return LmCoordinateConversionsParameter();
     return m_vecParameters[static_cast<std::size_t>(i)];
 }

@@ -34,6 +34,7 @@ void _RegisterUnitNames(LmEnumType<LmUnits>& table) {
 // OGR's spellings "metre" and "US survey foot" have no entry and so answer
 // eMeter by default rather than by match.
 LmUnits LmSpatialReference::Units() const {
+    LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return static_cast<LmUnits>(0);
     LmString name = m_pSRS->GetAttrValue("UNIT", 0);
     if (name.empty()) name = IsGeographic() ? "Degree" : "Meter";

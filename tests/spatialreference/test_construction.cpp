@@ -142,3 +142,46 @@ TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
 }
 
 }  // namespace
+
+// A geographic text labelled with the code of a geocentric CRS ends the process
+// inside PROJ 9.1 when exported to PROJ.4 or transformed; the label is dropped.
+TEST(TextReference, GeographicTextsLabelledGeocentricAreUsableWithoutTheLabel) {
+    for (const char* code : {"4978", "4936"}) {
+        const std::string text = std::string(kWgs84).insert(std::strlen(kWgs84) - 1,
+                                                             std::string(",AUTHORITY[\"EPSG\",\"") + code + "\"]");
+        LmSmarterPtr<LmSpatialReference> labelled(new LmSpatialReference(text.c_str(), eWKT));
+        ASSERT_TRUE(labelled->IsGeographic()) << code;
+        EXPECT_EQ(labelled->ExportToProj4(), "+proj=longlat +datum=WGS84 +no_defs") << code;
+        EXPECT_EQ(labelled->ExportToWKT(true).find(code), std::string::npos) << code;
+        LmProjectCoordinateTransformation projection(labelled, new LmSpatialReference(eWebMercator));
+        double x = 116.391, y = 39.907;
+        EXPECT_TRUE(projection.Transformation(x, y)) << code;
+        EXPECT_NEAR(x, 12956586.853, 0.001) << code;  // 6378137 m times 116.391 degrees in radians
+    }
+}
+
+// OGR refreshes its PROJ object lazily, even in IsGeographic(), and PROJ
+// reports the missing grid of a +nadgrids reference through GDAL's error
+// handler each time: every query must keep that off stderr.
+TEST(TextReference, QueriesOfAReferenceWithAMissingGridPrintNothing) {
+    for (const char* text : {"+proj=longlat +ellps=clrk66 +nadgrids=conus +no_defs",
+                             "+proj=tmerc +ellps=clrk66 +nadgrids=ntv1_can.dat +no_defs"}) {
+        testing::internal::CaptureStderr();
+        LmSmarterPtr<LmSpatialReference> reference(new LmSpatialReference(text, eProj4));
+        LmSmarterPtr<LmSpatialReference> wgs84(new LmSpatialReference(eWGS84));
+        reference->IsGeographic();
+        reference->Name();
+        reference->ExportToWKT(false);
+        reference->ExportToProj4();
+        reference->EPSG();
+        reference->Datum();
+        reference->IsSame(wgs84);
+        reference->IsSameParameter(wgs84);
+        wgs84->IsSame(reference);
+        reference->Clone();
+        LmProjectCoordinateTransformation projection(reference, wgs84);
+        double x = -100.0, y = 40.0;
+        projection.Transformation(x, y);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << text;
+    }
+}
