@@ -32,15 +32,14 @@ const std::set<std::string>& _GeocentricEpsgCodes() {
 OGRSpatialReference* WithoutGeocentricAuthority(OGRSpatialReference* srs) {
     if (srs == nullptr) return srs;
     LmQuietGdalErrors quiet;
-    if (!srs->IsGeographic()) return srs;
-    OGR_SRSNode* root = srs->GetRoot();
-    const int at = root != nullptr ? root->FindChild("AUTHORITY") : -1;
+    OGR_SRSNode* geogcs = srs->GetAttrNode("GEOGCS");
+    const int at = geogcs != nullptr ? geogcs->FindChild("AUTHORITY") : -1;
     if (at < 0) return srs;
-    const OGR_SRSNode* authority = root->GetChild(at);
+    const OGR_SRSNode* authority = geogcs->GetChild(at);
     if (authority->GetChildCount() < 2 || !EQUAL(authority->GetChild(0)->GetValue(), "EPSG")) return srs;
     if (_GeocentricEpsgCodes().count(authority->GetChild(1)->GetValue()) == 0) return srs;
     // Editing the node tree makes OGR rebuild its PROJ object from the nodes.
-    root->DestroyChild(at);
+    geogcs->DestroyChild(at);
     return srs;
 }
 

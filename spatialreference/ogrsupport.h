@@ -60,11 +60,12 @@ inline OGRSpatialReference* WithGisAxisOrder(OGRSpatialReference* srs) {
     return srs;
 }
 
-// PROJ 9.1 dereferences a null pointer when a geographic reference carries,
-// as its own AUTHORITY, the EPSG code of a geocentric CRS (GEOGCS[...,
-// AUTHORITY["EPSG","4978"]]): exporting it to PROJ.4 or building a
-// transformation from it ends the process. Such a code cannot describe the
-// reference, so it is dropped. Returns its argument; null stays null.
+// PROJ 9.1 dereferences a null pointer when a GEOGCS node, the reference's
+// own or the one inside its PROJCS, carries the EPSG code of a geocentric CRS
+// (GEOGCS[...,AUTHORITY["EPSG","4978"]]): exporting the reference to PROJ.4 or
+// building a transformation from it ends the process. Such a code cannot
+// describe a geographic CS, so it is dropped. Returns its argument; null
+// stays null.
 OGRSpatialReference* WithoutGeocentricAuthority(OGRSpatialReference* srs);
 
 struct LmDestroySpatialReference {

@@ -143,20 +143,34 @@ TEST(Geographic, OfAProjectedReferenceIsItsGeographicCs) {
 
 }  // namespace
 
-// A geographic text labelled with the code of a geocentric CRS ends the process
-// inside PROJ 9.1 when exported to PROJ.4 or transformed; the label is dropped.
-TEST(TextReference, GeographicTextsLabelledGeocentricAreUsableWithoutTheLabel) {
-    for (const char* code : {"4978", "4936"}) {
-        const std::string text = std::string(kWgs84).insert(std::strlen(kWgs84) - 1,
-                                                             std::string(",AUTHORITY[\"EPSG\",\"") + code + "\"]");
-        LmSmarterPtr<LmSpatialReference> labelled(new LmSpatialReference(text.c_str(), eWKT));
-        ASSERT_TRUE(labelled->IsGeographic()) << code;
-        EXPECT_EQ(labelled->ExportToProj4(), "+proj=longlat +datum=WGS84 +no_defs") << code;
-        EXPECT_EQ(labelled->ExportToWKT(true).find(code), std::string::npos) << code;
-        LmProjectCoordinateTransformation projection(labelled, new LmSpatialReference(eWebMercator));
-        double x = 116.391, y = 39.907;
-        EXPECT_TRUE(projection.Transformation(x, y)) << code;
-        EXPECT_NEAR(x, 12956586.853, 0.001) << code;  // 6378137 m times 116.391 degrees in radians
+// A GEOGCS labelled with the code of a geocentric CRS ends the process inside
+// PROJ 9.1 when exported to PROJ.4 or transformed; the label is dropped.
+TEST(TextReference, GeographicCsLabelledGeocentricIsUsableWithoutTheLabel) {
+    const auto labelled = [](std::string text, std::size_t at, const char* code) {
+        return text.insert(at, std::string(",AUTHORITY[\"EPSG\",\"") + code + "\"]");
+    };
+    const std::string utm50 = kUtm50;
+    const std::size_t utmGeogcsEnd = utm50.find("]],PROJECTION") + 1;
+    const struct {
+        std::string text;
+        const char* code;
+        const char* proj4;
+    } cases[] = {
+        {labelled(kWgs84, std::strlen(kWgs84) - 1, "4978"), "4978", "+proj=longlat +datum=WGS84 +no_defs"},
+        {labelled(kWgs84, std::strlen(kWgs84) - 1, "4936"), "4936", "+proj=longlat +datum=WGS84 +no_defs"},
+        {labelled(utm50, utmGeogcsEnd, "4362"), "4362", "+proj=utm +zone=50 +datum=WGS84 +units=m +no_defs"},
+    };
+    for (const auto& c : cases) {
+        LmSmarterPtr<LmSpatialReference> reference(new LmSpatialReference(c.text.c_str(), eWKT));
+        ASSERT_FALSE(reference->IsNull()) << c.code;
+        EXPECT_EQ(reference->ExportToProj4(), c.proj4) << c.code;
+        EXPECT_EQ(reference->ExportToWKT(true).find(c.code), std::string::npos) << c.code;
+        LmProjectCoordinateTransformation toWgs84(reference, new LmSpatialReference(eWGS84));
+        // A point of the central meridian 117 E, or a WGS 84 point kept as it is.
+        const bool projected = reference->IsProjected();
+        double x = projected ? 500000.0 : 116.391, y = projected ? 4400000.0 : 39.907;
+        EXPECT_TRUE(toWgs84.Transformation(x, y)) << c.code;
+        EXPECT_NEAR(x, projected ? 117.0 : 116.391, 1e-9) << c.code;
     }
 }
 
