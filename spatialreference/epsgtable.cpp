@@ -108,9 +108,7 @@ bool LoadEPSG() {
     if (!LmFileSystem::Exists(path.c_str())) return false;
     std::ifstream stream(path.c_str());
     if (!stream) return false;
-    std::map<int, LmString> table;
-    if (!ReadEPSGTable(stream, table)) return false;
-    for (auto& record : table) g_EPSGCache[record.first] = std::move(record.second);
+    if (!ReadEPSGTable(stream, g_EPSGCache)) return false;
     bLoad = true;
     return true;
 }
