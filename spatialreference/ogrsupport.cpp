@@ -32,14 +32,23 @@ const std::set<std::string>& _GeocentricEpsgCodes() {
 OGRSpatialReference* WithoutGeocentricAuthority(OGRSpatialReference* srs) {
     if (srs == nullptr) return srs;
     LmQuietGdalErrors quiet;
-    OGR_SRSNode* geogcs = srs->GetAttrNode("GEOGCS");
-    const int at = geogcs != nullptr ? geogcs->FindChild("AUTHORITY") : -1;
-    if (at < 0) return srs;
-    const OGR_SRSNode* authority = geogcs->GetChild(at);
-    if (authority->GetChildCount() < 2 || !EQUAL(authority->GetChild(0)->GetValue(), "EPSG")) return srs;
-    if (_GeocentricEpsgCodes().count(authority->GetChild(1)->GetValue()) == 0) return srs;
-    // Editing the node tree makes OGR rebuild its PROJ object from the nodes.
-    geogcs->DestroyChild(at);
+    // OGR's tree is WKT 1 unless PROJ cannot write the reference as WKT 1 (a
+    // zero unit, say); then it is WKT 2, where the geographic CS is named
+    // otherwise and its label is an ID.
+    for (const char* name : {"GEOGCS", "GEOGCRS", "BASEGEOGCRS", "BASEGEODCRS"}) {
+        OGR_SRSNode* geographic = srs->GetAttrNode(name);
+        if (geographic == nullptr) continue;
+        for (const char* label : {"AUTHORITY", "ID"}) {
+            const int at = geographic->FindChild(label);
+            if (at < 0) continue;
+            const OGR_SRSNode* authority = geographic->GetChild(at);
+            if (authority->GetChildCount() < 2 || !EQUAL(authority->GetChild(0)->GetValue(), "EPSG")) continue;
+            if (_GeocentricEpsgCodes().count(authority->GetChild(1)->GetValue()) == 0) continue;
+            // Editing the node tree makes OGR rebuild its PROJ object from the nodes.
+            geographic->DestroyChild(at);
+            return srs;
+        }
+    }
     return srs;
 }
 

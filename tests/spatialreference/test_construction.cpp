@@ -174,6 +174,22 @@ TEST(TextReference, GeographicCsLabelledGeocentricIsUsableWithoutTheLabel) {
     }
 }
 
+// When PROJ cannot write a reference as WKT 1 (here a zero unit in a text
+// whose missing commas PROJ's reader forgives), OGR holds it as WKT 2, where
+// the same label is an ID of the BASEGEOGCRS; it crashed PROJ all the same.
+TEST(TextReference, GeocentricLabelIsDroppedFromAReferenceHeldAsWkt2) {
+    const char* text =
+        R"(PROJCS["",GEOGCS["",DATUM[SPHEROID["",7,2[""]][""][""""]]UNIT["e",3[""]]AUTHORITY["EPSG","4362"]])"
+        R"(PROJECTION["TransverseMercator"][""][""]PARAMETER["northing",0]UNIT["m",0[""[""[""]][""]]""]AUTHORITY["",""]])";
+    LmSmarterPtr<LmSpatialReference> reference(new LmSpatialReference(text, eWKT));
+    ASSERT_FALSE(reference->IsNull());
+    EXPECT_EQ(reference->ExportToWKT(true).find("4362"), std::string::npos);
+    reference->ExportToProj4();
+    LmProjectCoordinateTransformation toWgs84(reference, new LmSpatialReference(eWGS84));
+    double x = 0.5, y = 0.5;
+    toWgs84.Transformation(x, y);
+}
+
 // OGR refreshes its PROJ object lazily, even in IsGeographic(), and PROJ
 // reports the missing grid of a +nadgrids reference through GDAL's error
 // handler each time: every query must keep that off stderr.
