@@ -60,9 +60,10 @@ inline OGRSpatialReference* WithGisAxisOrder(OGRSpatialReference* srs) {
     return srs;
 }
 
-// PROJ 9.1 dereferences a null pointer when a GEOGCS node, the reference's
+// PROJ 9.1 dereferences a null pointer when a geographic CS, the reference's
 // own or the one inside its PROJCS, carries the EPSG code of a geocentric CRS
-// (GEOGCS[...,AUTHORITY["EPSG","4978"]]): exporting the reference to PROJ.4 or
+// (GEOGCS[...,AUTHORITY["EPSG","4978"]], or the ID of a BASEGEOGCRS when OGR
+// holds the reference as WKT 2): exporting the reference to PROJ.4 or
 // building a transformation from it ends the process. Such a code cannot
 // describe a geographic CS, so it is dropped. Returns its argument; null
 // stays null.
