@@ -27,6 +27,11 @@ const std::set<std::string>& _GeocentricEpsgCodes() {
     return codes;
 }
 
+bool _IsGeocentricEpsgLabel(const OGR_SRSNode* label) {
+    return label->GetChildCount() >= 2 && EQUAL(label->GetChild(0)->GetValue(), "EPSG") &&
+           _GeocentricEpsgCodes().count(label->GetChild(1)->GetValue()) != 0;
+}
+
 }  // namespace
 
 OGRSpatialReference* WithoutGeocentricAuthority(OGRSpatialReference* srs) {
@@ -40,10 +45,7 @@ OGRSpatialReference* WithoutGeocentricAuthority(OGRSpatialReference* srs) {
         if (geographic == nullptr) continue;
         for (const char* label : {"AUTHORITY", "ID"}) {
             const int at = geographic->FindChild(label);
-            if (at < 0) continue;
-            const OGR_SRSNode* authority = geographic->GetChild(at);
-            if (authority->GetChildCount() < 2 || !EQUAL(authority->GetChild(0)->GetValue(), "EPSG")) continue;
-            if (_GeocentricEpsgCodes().count(authority->GetChild(1)->GetValue()) == 0) continue;
+            if (at < 0 || !_IsGeocentricEpsgLabel(geographic->GetChild(at))) continue;
             // Editing the node tree makes OGR rebuild its PROJ object from the nodes.
             geographic->DestroyChild(at);
             return srs;
