@@ -10,6 +10,10 @@ packages=(
   libgtest-dev libbenchmark-dev
   # The Python module, its tests and the API reference.
   python3-dev pybind11-dev python3-numpy python3-pytest python3-dask python3-distributed doxygen
+  # The Python facade's GeoPandas support and the pyproj oracle it is tested against.
+  python3-pyproj python3-geopandas python3-shapely
+  # Debian packages of the library.
+  dpkg-dev lintian
   "$@"
 )
 
