@@ -1,10 +1,12 @@
-// Writes the library's data folder (the EPSG table, the EPSG alias category
-// and two browsable categories) from the PROJ database and GDAL installed on
+// Writes the library's data folder (the EPSG table and its index, the EPSG
+// alias category and two browsable categories) from the PROJ database and GDAL installed on
 // the build machine:
 //   makecoordinatesystem <output folder>
 // Every text is GDAL's own one-line export, so the files always agree with the
 // GDAL the library runs on.
 #include <lmspatialreference/spatialreference.h>
+
+#include "datagen/epsgindex.h"
 
 #include <cpl_error.h>
 #include <ogr_spatialref.h>
@@ -108,6 +110,7 @@ int main(int argc, char** argv) {
         if (!wkt.empty()) table.emplace_back(std::to_string(code), std::move(wkt));
     }
     if (table.empty() || !Write(folder + "/EPSG.txt", table)) return 1;
+    if (!WriteEPSGIndex(folder + "/EPSG.index", table)) return 1;
 
     // The alias category. A geographic alias answers for any geographic
     // reference on its ellipsoid, so each ellipsoid's usual reference comes

@@ -1,5 +1,6 @@
 #include "spatialreference/epsgmatcher.h"
 
+#include "spatialreference/epsgindex.h"
 #include "spatialreference/ogrsupport.h"
 
 #include <algorithm>
@@ -65,7 +66,31 @@ bool _ReadSpheroid(const char* text, double& semiMajor, double& inverseFlattenin
 // A sphere, or as good as one, has no inverse flattening to compare.
 bool _Flattened(double inverseFlattening) { return inverseFlattening > 0.0 && inverseFlattening < 1e8; }
 
-bool _Close(double a, double b) { return std::fabs(a - b) <= 1e-6 * std::max(1.0, std::max(std::fabs(a), std::fabs(b))); }
+bool _Close(double a, double b, double relative = 1e-6) {
+    return std::fabs(a - b) <= relative * std::max(1.0, std::max(std::fabs(a), std::fabs(b)));
+}
+
+// Methods that PROJ may find equivalent to another method (Mercator variants
+// A and B, Lambert conic 1SP and 2SP, the polar stereographic variants, and
+// so on): their parameters are not compared one for one before OGR's own
+// comparison.
+bool _ConvertibleMethod(const std::string& projection) {
+    for (const char* family : {"mercator", "lambert", "stereographic", "equirectangular", "equal_area", "krovak"})
+        if (projection.find(family) != std::string::npos) return true;
+    return false;
+}
+
+// Whether OGR's equivalence can hold between two projections: PROJ compares
+// the parameters of one method within 1e-10 of each other, so a parameter
+// that differs by more rules it out.
+bool _MayBeEquivalent(const std::string& projection, const LmNamedValues& parameters, const LmEPSGFingerprint& entry) {
+    if (_ConvertibleMethod(projection) || _ConvertibleMethod(entry.projection)) return true;
+    if (projection != entry.projection) return false;
+    for (const auto& parameter : parameters)
+        for (const auto& own : entry.normalizedParameters)
+            if (own.first == parameter.first && !_Close(own.second, parameter.second, 1e-8)) return false;
+    return true;
+}
 
 }  // namespace
 
@@ -75,55 +100,43 @@ struct LmEPSGMatcher::Probe {
     bool geographic = false;
     double semiMajor = 0.0;
     double inverseFlattening = 0.0;
-    std::string projection;
-    std::string rootName;
-    bool vertical = false;
+    // The values IsSameParameter compares: parameters with exactly two
+    // children, as written.
     std::vector<std::pair<std::string, double>> parameters;
-    double falseEasting = 0.0;
-    double falseNorthing = 0.0;
+    LmEPSGFingerprint print;
 };
 
 void LmEPSGMatcher::Add(int code, const char* name, const char* text) {
-    Entry entry;
+    Entry& entry = m_entries.emplace_back();
     entry.code = code;
     entry.name = name;
     entry.text = text;
     if (_StartsWith(entry.text.c_str(), "GEOGCS[")) entry.kind = 'G';
     else if (_StartsWith(entry.text.c_str(), "PROJCS[")) entry.kind = 'P';
     entry.hasEllipsoid = _ReadSpheroid(entry.text.c_str(), entry.semiMajor, entry.inverseFlattening);
-    m_entries.push_back(std::move(entry));
+    const LmEPSGFingerprint* indexed = LmEPSGIndex::Instance().Find(code);
+    if (indexed != nullptr && indexed->textHash == LmTextHash(entry.text.c_str())) {
+        std::call_once(entry.describeOnce, [&entry, indexed] {
+            entry.print = *indexed;
+            entry.buildable = true;
+        });
+    }
 }
 
-LmSpatialReference* LmEPSGMatcher::_Built(Entry& entry) {
-    if (entry.built) return entry.reference;
-    entry.built = true;
-    entry.reference = new LmSpatialReference(entry.text.c_str(), eWKT);
-    OGRSpatialReference* srs = entry.reference->Handle();
-    if (srs == nullptr) return entry.reference;
-    LmQuietGdalErrors quiet;
-    entry.projection = _Lower(srs->GetAttrValue("PROJECTION"));
-    entry.rootName = _Lower(FirstChildValue(srs->GetRoot(), ""));
-    entry.vertical = srs->GetAttrValue("VERT_DATUM") != nullptr;
-    entry.falseEasting = srs->GetNormProjParm(SRS_PP_FALSE_EASTING, 0.0);
-    entry.falseNorthing = srs->GetNormProjParm(SRS_PP_FALSE_NORTHING, 0.0);
-    const OGR_SRSNode* projcs = srs->GetAttrNode("PROJCS");
-    for (int i = 0, n = projcs ? projcs->GetChildCount() : 0; i < n; ++i) {
-        const OGR_SRSNode* child = projcs->GetChild(i);
-        if (!EQUAL(child->GetValue(), "PARAMETER") || child->GetChildCount() < 2) continue;
-        const char* name = FirstChildValue(child, "");
-        std::string lower = _Lower(name);
-        const bool known = std::any_of(entry.parameters.begin(), entry.parameters.end(),
-                                       [&lower](const auto& parameter) { return parameter.first == lower; });
-        if (!known) entry.parameters.emplace_back(std::move(lower), srs->GetProjParm(name, 0.0));
-    }
-    return entry.reference;
+const LmEPSGMatcher::Entry& LmEPSGMatcher::_Described(const Entry& entry) const {
+    std::call_once(entry.describeOnce, [&entry] {
+        LmSpatialReference built(entry.text.c_str(), eWKT);
+        entry.buildable = !built.IsNull();
+        if (entry.buildable) entry.print = ReadFingerprint(*built.Handle());
+    });
+    return entry;
 }
 
 // Whether the reference is the same as the entry or has its parameters. The
 // tests are those of IsSame and IsSameParameter, reordered cheapest first
-// (their disjunction does not depend on the order), and each OGR call is
-// skipped where a value read ahead shows it must fail.
-bool LmEPSGMatcher::_Passes(const Probe& probe, Entry& entry) {
+// (their disjunction does not depend on the order); the entry is built only
+// for a comparison that its fingerprint shows can pass.
+bool LmEPSGMatcher::_Passes(const Probe& probe, const Entry& entry) const {
     const char wanted = probe.geographic ? 'G' : 'P';
     if (entry.kind != 0 && entry.kind != wanted) return false;
     if (entry.hasEllipsoid) {
@@ -134,17 +147,21 @@ bool LmEPSGMatcher::_Passes(const Probe& probe, Entry& entry) {
             std::fabs(entry.inverseFlattening - probe.inverseFlattening) > flatteningMargin)
             return false;
     }
-    LmSpatialReference* candidate = _Built(entry);
+    const LmEPSGFingerprint& print = _Described(entry).print;
     // Both tests refuse an entry that OGR cannot build, or of the other kind.
-    if (candidate->IsNull() || candidate->IsGeographic() != probe.geographic) return false;
-    if (probe.geographic) return probe.reference->IsSameParameter(candidate) || probe.reference->IsSame(candidate);
+    if (!entry.buildable || (print.kind == 'G') != probe.geographic) return false;
+    const auto candidate = [&entry] { return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(entry.text.c_str(), eWKT)); };
+    if (probe.geographic) {
+        LmSmarterPtr<LmSpatialReference> built = candidate();
+        return probe.reference->IsSameParameter(built) || probe.reference->IsSame(built);
+    }
 
     // IsSameParameter needs the same projection and every parameter of the
     // reference equal in the entry.
-    if (!probe.projection.empty() && probe.projection == entry.projection) {
+    if (!probe.print.projection.empty() && probe.print.projection == print.projection) {
         bool conflict = false;
         for (const auto& parameter : probe.parameters) {
-            for (const auto& own : entry.parameters) {
+            for (const auto& own : print.parameters) {
                 if (own.first == parameter.first) {
                     conflict = own.second != parameter.second;
                     break;
@@ -152,18 +169,20 @@ bool LmEPSGMatcher::_Passes(const Probe& probe, Entry& entry) {
             }
             if (conflict) break;
         }
-        if (!conflict && probe.reference->IsSameParameter(candidate)) return true;
+        if (!conflict && probe.reference->IsSameParameter(candidate())) return true;
     }
     // IsSame is OGR's equivalence or else IsSameProjCS, which needs the same
     // CS name or two vertical datums.
-    if ((probe.rootName == entry.rootName || (probe.vertical && entry.vertical)) &&
-        probe.reference->IsSameProjCS(candidate))
+    if ((probe.print.rootName == print.rootName || (probe.print.vertical && print.vertical)) &&
+        probe.reference->IsSameProjCS(candidate()))
         return true;
     // OGR's equivalence compares the projections in metres, false origin included.
-    if (!_Close(probe.falseEasting, entry.falseEasting) || !_Close(probe.falseNorthing, entry.falseNorthing))
+    if (!_Close(probe.print.falseEasting, print.falseEasting) || !_Close(probe.print.falseNorthing, print.falseNorthing))
         return false;
+    if (!_MayBeEquivalent(probe.print.projection, probe.print.normalizedParameters, print)) return false;
+    LmSmarterPtr<LmSpatialReference> built = candidate();
     LmQuietGdalErrors quiet;
-    return const_cast<LmSpatialReference*>(probe.reference)->Handle()->IsSame(candidate->Handle()) != 0;
+    return const_cast<LmSpatialReference*>(probe.reference)->Handle()->IsSame(built->Handle()) != 0;
 }
 
 LmEPSGMatcher::Match LmEPSGMatcher::_Answer(std::size_t index) const {
@@ -176,13 +195,12 @@ LmEPSGMatcher::Match LmEPSGMatcher::_Answer(std::size_t index) const {
     return match;
 }
 
-LmEPSGMatcher::Match LmEPSGMatcher::First(const LmSpatialReference* reference) {
+LmEPSGMatcher::Match LmEPSGMatcher::First(const LmSpatialReference* reference) const {
     if (reference == nullptr) return Match();
-    std::lock_guard<std::mutex> lock(m_mutex);
     if (reference->IsNull()) {
         // Two null references are the same: the first entry OGR cannot build.
         for (std::size_t i = 0; i < m_entries.size(); ++i)
-            if (_Built(m_entries[i])->IsNull()) return _Answer(i);
+            if (!_Described(m_entries[i]).buildable) return _Answer(i);
         return Match();
     }
 
@@ -194,12 +212,8 @@ LmEPSGMatcher::Match LmEPSGMatcher::First(const LmSpatialReference* reference) {
     {
         // Handle() is the only access to the OGR object; reading it changes nothing.
         OGRSpatialReference* srs = const_cast<LmSpatialReference*>(reference)->Handle();
+        probe.print = ReadFingerprint(*srs);
         LmQuietGdalErrors quiet;
-        probe.projection = _Lower(srs->GetAttrValue("PROJECTION"));
-        probe.rootName = _Lower(FirstChildValue(srs->GetRoot(), ""));
-        probe.vertical = srs->GetAttrValue("VERT_DATUM") != nullptr;
-        probe.falseEasting = srs->GetNormProjParm(SRS_PP_FALSE_EASTING, 0.0);
-        probe.falseNorthing = srs->GetNormProjParm(SRS_PP_FALSE_NORTHING, 0.0);
         const OGR_SRSNode* projcs = srs->GetAttrNode("PROJCS");
         for (int i = 0, n = projcs ? projcs->GetChildCount() : 0; i < n; ++i) {
             const OGR_SRSNode* child = projcs->GetChild(i);

@@ -1,18 +1,20 @@
 // A list of coded definitions searched for the first entry that a reference
 // is the same as or shares the parameters with (IsSame || IsSameParameter),
 // in the order the entries were added. The answer is exactly that of building
-// every entry and testing it in turn; the entries are only built once, and
-// those that cannot pass either test, by kind and ellipsoid and by a few
-// values read ahead of the OGR comparisons, are skipped.
+// every entry and testing it in turn. But an entry is only built for the OGR
+// comparison itself, when its fingerprint (from EPSG.index, or read once by
+// building it) shows that the comparison can pass; built entries are not
+// kept, so memory stays that of the fingerprints.
 #ifndef LMSPATIALREFERENCE_EPSGMATCHER_H
 #define LMSPATIALREFERENCE_EPSGMATCHER_H
 
 #include <lmspatialreference/spatialreference.h>
 
+#include "spatialreference/epsgfingerprint.h"
+
+#include <deque>
 #include <mutex>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace Lumora {
 namespace Kernel {
@@ -34,20 +36,19 @@ public:
     void Add(int code, const char* name, const char* text);
     std::size_t Size() const { return m_entries.size(); }
 
-    // The first entry that passes; safe to call from several threads (calls
-    // are serialised, since the built OGR objects are shared).
-    Match First(const LmSpatialReference* reference);
+    // The first entry that passes; safe to call from several threads at once.
+    Match First(const LmSpatialReference* reference) const;
 
 private:
     struct Entry;
     struct Probe;
 
-    LmSpatialReference* _Built(Entry& entry);
-    bool _Passes(const Probe& probe, Entry& entry);
+    const Entry& _Described(const Entry& entry) const;
+    bool _Passes(const Probe& probe, const Entry& entry) const;
     Match _Answer(std::size_t index) const;
 
-    std::mutex m_mutex;
-    std::vector<Entry> m_entries;
+    // A deque, so that entries (and their once flags) never move.
+    std::deque<Entry> m_entries;
 };
 
 struct LmEPSGMatcher::Entry {
@@ -59,15 +60,11 @@ struct LmEPSGMatcher::Entry {
     bool hasEllipsoid = false;
     double semiMajor = 0.0;
     double inverseFlattening = 0.0;
-    // Filled when the entry is built.
-    bool built = false;
-    LmSmarterPtr<LmSpatialReference> reference;
-    std::string projection;  // lower case
-    std::string rootName;    // lower case
-    bool vertical = false;   // has a VERT_DATUM
-    double falseEasting = 0.0;
-    double falseNorthing = 0.0;
-    std::vector<std::pair<std::string, double>> parameters;  // lower-case name, first value
+    // The fingerprint, taken from the index when it was computed from this
+    // very text, else read once by building the entry.
+    mutable std::once_flag describeOnce;
+    mutable bool buildable = false;
+    mutable LmEPSGFingerprint print;
 };
 
 }  // namespace Kernel

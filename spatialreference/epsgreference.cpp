@@ -62,13 +62,16 @@ int LmSpatialReference::EPSG() const {
     LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return 0;
     const char* key = IsGeographic() ? "GEOGCS" : "PROJCS";
-    {
-        LmQuietGdalErrors quiet;
-        if (m_pSRS->GetAuthorityCode(key) == nullptr) m_pSRS->AutoIdentifyEPSG();
-        const char* code = m_pSRS->GetAuthorityCode(key);
-        const long number = code != nullptr ? std::strtol(code, nullptr, 10) : 0;
-        if (number > 0 && number <= INT32_MAX) return static_cast<int>(number);
-    }
+    // Only an EPSG authority names an EPSG code: a text labelled
+    // AUTHORITY["ESRI","102100"] is identified as if it carried no label.
+    const auto epsgCode = [this, key]() -> const char* {
+        const char* authority = m_pSRS->GetAuthorityName(key);
+        return authority != nullptr && EQUAL(authority, "EPSG") ? m_pSRS->GetAuthorityCode(key) : nullptr;
+    };
+    if (epsgCode() == nullptr) m_pSRS->AutoIdentifyEPSG();
+    const char* code = epsgCode();
+    const long number = code != nullptr ? std::strtol(code, nullptr, 10) : 0;
+    if (number > 0 && number <= INT32_MAX) return static_cast<int>(number);
     return g_SearchEPSG(this);
 }
 

@@ -100,6 +100,11 @@ LmString MakeEPSGFile() {
     return LmFileSystem::Combine(base.c_str(), "../data/Coordinate System/EPSG.txt");
 }
 
+LmString MakeEPSGIndexFile() {
+    const LmString table = MakeEPSGFile();
+    return LmFileSystem::Combine(LmFile(table.c_str()).Parent().FullPath().c_str(), "EPSG.index");
+}
+
 bool LoadEPSG() {
     static bool bLoad = false;
     LmAutoLocker locker(g_EPSGCache, false);

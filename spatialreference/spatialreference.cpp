@@ -4,6 +4,8 @@
 #include "spatialreference/ogrsupport.h"
 
 #include <iostream>
+#include <string>
+#include <string_view>
 
 namespace Lumora {
 namespace Kernel {
@@ -54,6 +56,17 @@ LmString _ExportedText(Export&& exportTo) {
     return error == OGRERR_NONE ? copy : LmString();
 }
 
+// A text as .prj writers leave it: a UTF-8 byte-order mark, and blank lines
+// or spaces around the definition, none of which GDAL accepts.
+std::string _WithoutSurroundings(const char* text) {
+    std::string_view view(text);
+    if (view.substr(0, 3) == "\xEF\xBB\xBF") view.remove_prefix(3);
+    const char* const space = " \t\r\n\f\v";
+    const std::size_t first = view.find_first_not_of(space);
+    if (first == std::string_view::npos) return std::string();
+    return std::string(view.substr(first, view.find_last_not_of(space) - first + 1));
+}
+
 }  // namespace
 
 LmSpatialReference::LmSpatialReference(LmWellKnownSpatialReference wellKnown) : m_pSRS(nullptr) {
@@ -67,7 +80,10 @@ LmSpatialReference::LmSpatialReference(LmWellKnownSpatialReference wellKnown) : 
 
 LmSpatialReference::LmSpatialReference(const char* text, LmSpatialReferenceFormat format) : m_pSRS(nullptr) {
     if (text == nullptr || *text == '\0') return;
+    // The cache keeps the text exactly as given; the readers get its core.
     m_strWKT = text;
+    const std::string core = _WithoutSurroundings(text);
+    text = core.c_str();
     switch (format) {
         case eAutoDetect:
         case eLegacyParameters: {

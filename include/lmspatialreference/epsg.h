@@ -23,6 +23,11 @@ namespace Kernel {
 // library when it exists, else "../data/Coordinate System/EPSG.txt" there.
 LM_API LmString MakeEPSGFile();
 
+// The full path of EPSG.index, the fingerprints of the EPSG codes that the
+// data generator writes beside EPSG.txt. Identification is exact without it,
+// only slower, and FindEPSG needs it.
+LM_API LmString MakeEPSGIndexFile();
+
 // Reads EPSG.txt on the first successful call and keeps it for the life of the
 // process. False when the file is missing or its count line is not in
 // 1..99999; a later call then tries again.

@@ -4,6 +4,7 @@
 
 #include <lmspatialreference/utility.h>
 #include <lmspatialreference/spatialreference.h>
+#include <lmspatialreference/epsgmatch.h>
 #include <lmspatialreference/spatialreferencerecords.h>
 #include <lmspatialreference/epsg.h>
 #include <lmspatialreference/spatialreferencemanager.h>

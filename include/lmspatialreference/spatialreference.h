@@ -8,6 +8,7 @@
 #ifndef LMSPATIALREFERENCE_SPATIALREFERENCE_H
 #define LMSPATIALREFERENCE_SPATIALREFERENCE_H
 
+#include <lmspatialreference/epsgmatch.h>
 #include <lmspatialreference/export.h>
 #include <lmspatialreference/units.h>
 #include <lmspatialreference/utility.h>
@@ -86,6 +87,19 @@ public:
     // PROJCS node, else what OGR identifies, else the library's EPSG table
     // search (g_SearchEPSG). 0 when none is found or the reference is null.
     int EPSG() const;
+    // The EPSG code the text means, as a careful GIS user would name it; 0
+    // when no code is trustworthy (confidence below 70). Codes must agree with
+    // the reference in kind, ellipsoid, prime meridian, units, projection
+    // method and parameter values, and in axis order where the text states
+    // one (a text that states none, as ESRI's do, is easting first and never
+    // gets a northing-first twin of an easting-first code). Among those, the
+    // datum's name and then the CS's name decide, ESRI spellings included,
+    // then current codes before deprecated ones, then the smaller code. An
+    // EPSG authority in the text is trusted when its numbers agree.
+    // candidates, when given, receives every code whose numbers agree, best
+    // first. Reads EPSG.index (MakeEPSGIndexFile) and never changes the
+    // reference; safe to call from several threads on different references.
+    int FindEPSG(std::vector<LmEPSGMatch>* candidates = nullptr) const;
 
     // The name given with Name(const char*), else the name in the definition.
     LmString Name() const;

@@ -1,0 +1,14 @@
+// Writes EPSG.index, the fingerprints by which the library compares a
+// reference with EPSG codes before it builds any of them.
+#ifndef LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H
+#define LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+// table: the codes and texts of EPSG.txt. Deprecated geographic and projected
+// codes are indexed too, flagged, so that identification can name them last.
+bool WriteEPSGIndex(const std::string& path, const std::vector<std::pair<std::string, std::string>>& table);
+
+#endif  // LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H

@@ -1,0 +1,47 @@
+#include "spatialreference/epsgindex.h"
+
+#include <lmspatialreference/epsg.h>
+
+#include "catalogue/linereader.h"
+
+#include <fstream>
+
+namespace Lumora {
+namespace Kernel {
+
+const LmEPSGIndex& LmEPSGIndex::Instance() {
+    static const LmEPSGIndex index = [] {
+        LmEPSGIndex read;
+        std::ifstream stream(MakeEPSGIndexFile().c_str());
+        if (stream) read.Read(stream);
+        return read;
+    }();
+    return index;
+}
+
+bool LmEPSGIndex::Read(std::istream& stream) {
+    m_entries.clear();
+    m_byCode.clear();
+    const std::int64_t count = ReadCountLine(stream);
+    if (count == 0) return false;
+    m_entries.reserve(static_cast<std::size_t>(count));
+    for (std::int64_t i = 0; i < count; ++i) {
+        LmEPSGFingerprint print;
+        if (!ParseFingerprint(ReadDataLine(stream), print) || m_byCode.count(print.code) != 0) {
+            m_entries.clear();
+            m_byCode.clear();
+            return false;
+        }
+        m_byCode.emplace(print.code, m_entries.size());
+        m_entries.push_back(std::move(print));
+    }
+    return true;
+}
+
+const LmEPSGFingerprint* LmEPSGIndex::Find(int code) const {
+    const auto found = m_byCode.find(code);
+    return found == m_byCode.end() ? nullptr : &m_entries[found->second];
+}
+
+}  // namespace Kernel
+}  // namespace Lumora

@@ -1,0 +1,37 @@
+// EPSG.index, the fingerprints of the EPSG codes (epsgfingerprint.h), read
+// once beside EPSG.txt and then only read, from any thread.
+#ifndef LMSPATIALREFERENCE_EPSGINDEX_H
+#define LMSPATIALREFERENCE_EPSGINDEX_H
+
+#include "spatialreference/epsgfingerprint.h"
+
+#include <istream>
+#include <unordered_map>
+#include <vector>
+
+namespace Lumora {
+namespace Kernel {
+
+class LmEPSGIndex {
+public:
+    // The process's index, read on first use; empty when the file is missing
+    // or malformed, and the searches then do without it.
+    static const LmEPSGIndex& Instance();
+
+    // A count line, then that many fingerprint lines. False, and empty, on any
+    // malformed line: a half-read index would silently narrow the searches.
+    bool Read(std::istream& stream);
+
+    const std::vector<LmEPSGFingerprint>& Entries() const { return m_entries; }
+    // The fingerprint of a code; null when the index has none.
+    const LmEPSGFingerprint* Find(int code) const;
+
+private:
+    std::vector<LmEPSGFingerprint> m_entries;
+    std::unordered_map<int, std::size_t> m_byCode;
+};
+
+}  // namespace Kernel
+}  // namespace Lumora
+
+#endif  // LMSPATIALREFERENCE_EPSGINDEX_H
