@@ -89,9 +89,9 @@ def plane4(source_points, target_points):
     result = _F.compute_plane4_parameter(source, target)
     values = list(result.parameters)
     back = _plane4_inverse(*values)
-    plane = CRS("WGS84")  # plane coordinates have no CRS of their own; the ends are nominal
+    # Plane control points name no CRS, so neither end of the Transformer has one.
     transformer = Transformer((_factory, ("create_plane4_patameter_coordinate_transformation", values)),
-                              plane, plane,
+                              None, None,
                               None if back is None else
                               (_factory, ("create_plane4_patameter_coordinate_transformation", back)))
     return Estimate(_PLANE4, result, transformer)

@@ -88,6 +88,8 @@ def _source(obj, crs_from):
 def _result_crs(transformer):
     if transformer.target_offset:
         return "EPSG:4326"
+    if transformer.target_crs is None:
+        return None
     code = transformer.target_crs.to_epsg()
     return f"EPSG:{code}" if code else transformer.target_crs.to_wkt()
 

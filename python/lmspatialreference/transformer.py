@@ -70,7 +70,8 @@ def _coordinates(values, what):
 class Transformer:
     """Moves coordinates from one CRS to another.
 
-    Made with ``Transformer.from_crs``. ``transform`` returns new arrays with
+    Made with ``Transformer.from_crs`` (or by an estimator, whose plane
+    transformations have no CRS at either end: None). ``transform`` returns new arrays with
     x = longitude or easting; a point that cannot be transformed comes back
     as ``inf``. Projections hand GDAL their points in blocks and split large
     arrays between threads, with the same results as point by point.
@@ -167,7 +168,9 @@ class Transformer:
         return self._transformation(PARALLEL_FROM)
 
     def _end(self, crs, offset):
-        return offset if offset else (f"EPSG:{crs.to_epsg()}" if crs.to_epsg() else repr(crs.name))
+        if offset or crs is None:
+            return offset or "plane"
+        return f"EPSG:{crs.to_epsg()}" if crs.to_epsg() else repr(crs.name)
 
     def __repr__(self):
         return (f"<Transformer {self._end(self.source_crs, self.source_offset)} -> "

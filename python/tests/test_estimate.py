@@ -28,6 +28,7 @@ def test_plane4_from_dataframe_columns():
     assert fit.mean_error < 1e-6 and fit.residuals.shape == (8, 2)
     np.testing.assert_allclose(np.column_stack(fit.transformer.transform(*PLANE.T)), target, atol=1e-6)
     np.testing.assert_allclose(np.column_stack(fit.transformer.inverse().transform(*target.T)), PLANE, atol=1e-4)
+    assert fit.transformer.target_crs is None and repr(fit.transformer) == "<Transformer plane -> plane>"
 
 
 def test_bursa7_recovers_its_parameters():
