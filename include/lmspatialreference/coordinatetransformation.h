@@ -12,5 +12,6 @@
 #include <lmspatialreference/affinetransformation.h>
 #include <lmspatialreference/conversetransformation.h>
 #include <lmspatialreference/transformationcombination.h>
+#include <lmspatialreference/pointoutcomes.h>
 
 #endif  // LMSPATIALREFERENCE_COORDINATETRANSFORMATION_H

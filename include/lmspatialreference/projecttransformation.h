@@ -52,6 +52,15 @@ public:
     // is printed.
     bool Transformation(double* x, double* y, double* z, int count, int step) override;
 
+    // The two batch modes, taken from the configuration at construction and
+    // changeable per object, so that a caller can choose them for its own
+    // transformations without changing them for the whole process. Neither
+    // changes a result. Change them only while no batch runs on the object.
+    bool Parallel() const;
+    void Parallel(bool parallel);
+    bool BlockCalls() const;
+    void BlockCalls(bool blockCalls);
+
 protected:
     // Destroys the current GDAL transformation and takes ownership of another.
     void ResetHandle(OGRCoordinateTransformation* handle);

@@ -1,6 +1,12 @@
 """Coordinate reference systems and coordinate transformations.
 
-Python bindings of liblmspatialreference. Spatial references and
+In the manner of pyproj: ``CRS`` and ``Transformer.from_crs(crs_from,
+crs_to).transform(xx, yy)``, with the China offsets "GCJ02" and "BD09"
+beside the reference systems; ``geo.to_crs`` for GeoPandas and shapely;
+``estimate`` for parameters from control points; ``config`` for the
+library's configuration.
+
+Beneath them, the bindings of liblmspatialreference. Spatial references and
 transformations keep the C++ class names; methods and properties are
 snake_case. Transformations work in place on NumPy float64 arrays of shape
 (n, 2) or (n, 3), with the GIL released, and pickle by their definition so
@@ -168,3 +174,11 @@ def _install_pickling():
 
 
 _install_pickling()
+
+
+# The facade comes last: it builds on the pickling installed above.
+from .crs import CRS  # noqa: E402
+from .transformer import Transformer  # noqa: E402
+from . import config, estimate, geo  # noqa: E402
+
+__all__ += ["CRS", "Transformer", "config", "estimate", "geo"]

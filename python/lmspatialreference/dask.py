@@ -11,9 +11,7 @@ transformation bit for bit::
     import lmspatialreference as lm
     import lmspatialreference.dask as lmdask
 
-    wgs84 = lm.LmSpatialReference(lm.eWGS84)
-    mercator = lm.LmSpatialReference(lm.eWebMercator)
-    projection = lm.LmProjectCoordinateTransformation(wgs84, mercator)
+    projection = lm.Transformer.from_crs("WGS84", "WebMercator")
     with LocalCluster(n_workers=2, threads_per_worker=1) as cluster, Client(cluster):
         points = da.random.uniform(-80, 80, size=(10_000_000, 2), chunks=(1_000_000, 2))
         projected = lmdask.transform(points, projection).compute()
@@ -21,8 +19,13 @@ transformation bit for bit::
 
 import numpy as _np
 
+from .transformer import Transformer
+
 
 def _transform_block(block, transformation, reverse):
+    if isinstance(transformation, Transformer):
+        # New arrays, with inf for the points that cannot be transformed.
+        return _np.column_stack(transformation.transform(*_np.asarray(block, dtype=_np.float64).T))
     # Blocks handed to map_blocks may be views of the caller's data, so the
     # transformation works on a private contiguous copy.
     points = _np.array(block, dtype=_np.float64, order="C", copy=True)
@@ -40,10 +43,14 @@ def transform(array, transformation, reverse=False):
     float64 with shape (n, 2) or (n, 3), chunked along the first axis; chunks
     that split a point are merged first. ``reverse`` applies the reverse
     transformation. A point that cannot be transformed is left as the
-    transformation leaves it, as in ``transformation.transform``.
+    transformation leaves it, as in ``transformation.transform``. A
+    ``Transformer`` may stand for the transformation: its points that cannot
+    be transformed come back as ``inf``, and ``reverse`` uses its inverse.
     """
     import dask.array as da
 
+    if reverse and isinstance(transformation, Transformer):
+        transformation, reverse = transformation.inverse(), False
     array = da.asarray(array)
     if array.dtype != _np.float64:
         raise TypeError(f"points must have dtype float64, not {array.dtype}")

@@ -63,6 +63,8 @@ void BindTransformations(py::module_& m);
 void BindGeodesics(py::module_& m);
 void BindFactory(py::module_& m);
 void BindPyramids(py::module_& m);
+void BindOutcomes(py::module_& m);
+void BindConfiguration(py::module_& m);
 
 }  // namespace LmPython
 

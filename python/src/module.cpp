@@ -75,4 +75,6 @@ PYBIND11_MODULE(_lmspatialreference, m) {
     LmPython::BindGeodesics(m);
     LmPython::BindFactory(m);
     LmPython::BindPyramids(m);
+    LmPython::BindOutcomes(m);
+    LmPython::BindConfiguration(m);
 }

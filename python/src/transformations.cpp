@@ -95,7 +95,17 @@ void BindTransformations(py::module_& m) {
             [](LmProjectCoordinateTransformation& t, LmSpatialReference* s) { t.Target(s); },
             "Setting it rebuilds the transformation without datum-shift parameters.")
         .def("create_handle", &LmProjectCoordinateTransformation::CreateHandle,
-             "Rebuilds the plain GDAL transformation from source and target.");
+             "Rebuilds the plain GDAL transformation from source and target.")
+        .def_property(
+            "parallel", [](const LmProjectCoordinateTransformation& t) { return t.Parallel(); },
+            [](LmProjectCoordinateTransformation& t, bool on) { t.Parallel(on); },
+            "Whether batches are split among threads (the configuration's switch at construction); "
+            "the results are the same.")
+        .def_property(
+            "block_calls", [](const LmProjectCoordinateTransformation& t) { return t.BlockCalls(); },
+            [](LmProjectCoordinateTransformation& t, bool on) { t.BlockCalls(on); },
+            "Whether GDAL gets the points in blocks rather than one per call (the configuration's "
+            "switch at construction); the results are the same.");
 
     py::enum_<LmCoordinateTransformationMethod>(m, "LmCoordinateTransformationMethod",
                                                 "How datum-shift parameters are applied.")
@@ -236,7 +246,15 @@ void BindTransformations(py::module_& m) {
                  return chain;
              }),
              py::arg("members") = std::vector<LmCoordinateTransformation*>())
-        .def("add", &LmCoordinateTransformationCombination::Add, py::arg("member"));
+        .def("add", &LmCoordinateTransformationCombination::Add, py::arg("member"))
+        .def_property_readonly(
+            "members",
+            [](const LmCoordinateTransformationCombination& chain) {
+                std::vector<LmCoordinateTransformation*> members;
+                for (int i = 0; i < chain.MemberCount(); ++i) members.push_back(chain.Member(i));
+                return members;
+            },
+            "The members in order (None for a null one).");
 }
 
 }  // namespace LmPython
