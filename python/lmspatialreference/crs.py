@@ -130,8 +130,17 @@ class CRS:
         """The EPSG code the reference carries or that the library's table gives, else None."""
         return self._ref.epsg or None
 
-    # find_epsg(), the search of the EPSG definitions for a match, goes here
-    # beside to_epsg() once LmSpatialReference offers that search.
+    def find_epsg(self):
+        """The EPSG code the text means, judged by its numbers and then its names, else None.
+
+        Unlike to_epsg(), which answers the first code with the same numbers, this tells
+        NAD83 / UTM 18N from REGVEN / UTM 18N and never answers a northing-first twin for
+        an easting-first text."""
+        return self._ref.find_epsg() or None
+
+    def epsg_candidates(self):
+        """Every EPSG code whose numbers agree, best first: (code, confidence, name)."""
+        return self._ref.epsg_candidates()
 
     def to_wkt(self, pretty=False):
         return self._ref.export_to_wkt(bool(pretty))

@@ -84,6 +84,28 @@ void BindSpatialReference(py::module_& m) {
                                "The EPSG code (GDAL's authority code, else identified, else searched in the "
                                "library's EPSG table); 0 when none is found or the reference is null.")
         .def(
+            "find_epsg",
+            [](const LmSpatialReference& r) {
+                py::gil_scoped_release release;
+                return r.FindEPSG();
+            },
+            "The EPSG code the text means, judged by its numbers and then its datum and CS names (ESRI "
+            "spellings included); 0 when no code reaches confidence 70.")
+        .def(
+            "epsg_candidates",
+            [](const LmSpatialReference& r) {
+                std::vector<LmEPSGMatch> candidates;
+                {
+                    py::gil_scoped_release release;
+                    r.FindEPSG(&candidates);
+                }
+                py::list ranked;
+                for (const LmEPSGMatch& match : candidates)
+                    ranked.append(py::make_tuple(match.Code, match.Confidence, Text(match.Name)));
+                return ranked;
+            },
+            "Every EPSG code whose numbers agree, best first, as (code, confidence 0..100, name).")
+        .def(
             "export_to_wkt", [](const LmSpatialReference& r, bool pretty) { return Text(r.ExportToWKT(pretty)); },
             py::arg("pretty") = false, "The WKT form; empty for a null reference.")
         .def(

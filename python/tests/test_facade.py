@@ -174,3 +174,19 @@ def test_config_round_trip(tmp_path):
         lm.config.load(tmp_path / "missing.xml")
     with pytest.raises(TypeError):
         lm.config.set(key, [1])
+
+
+ESRI_NAD83_UTM18N = (
+    'PROJCS["NAD_1983_UTM_Zone_18N",GEOGCS["GCS_North_American_1983",DATUM["D_North_American_1983",'
+    'SPHEROID["GRS_1980",6378137.0,298.257222101]],PRIMEM["Greenwich",0.0],UNIT["Degree",0.0174532925199433]],'
+    'PROJECTION["Transverse_Mercator"],PARAMETER["False_Easting",500000.0],PARAMETER["False_Northing",0.0],'
+    'PARAMETER["Central_Meridian",-75.0],PARAMETER["Scale_Factor",0.9996],PARAMETER["Latitude_Of_Origin",0.0],'
+    'UNIT["Meter",1.0]]')
+
+
+def test_find_epsg_names_what_the_text_means():
+    crs = lm.CRS(ESRI_NAD83_UTM18N)
+    # pyproj, through PROJ's own identification, agrees.
+    assert crs.find_epsg() == pyproj.CRS(ESRI_NAD83_UTM18N).to_epsg() == 26918
+    code, confidence, name = crs.epsg_candidates()[0]
+    assert (code, confidence, name) == (26918, 100, "NAD83 / UTM zone 18N")

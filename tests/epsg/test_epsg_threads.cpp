@@ -1,5 +1,6 @@
-// Eight threads build references from codes and identify texts on a cold
-// table at once, and must get the answers one thread gets afterwards.
+// Eight threads build references from codes and identify texts (EPSG() and
+// FindEPSG) on a cold table at once, and must get the answers one thread gets
+// afterwards.
 #include <lmspatialreference/epsg.h>
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <ogr_spatialref.h>
 
 #include <thread>
+#include <utility>
 #include <vector>
 
 using namespace Lumora::Kernel;
@@ -41,18 +43,21 @@ std::vector<Item> Items() {
     return items;
 }
 
-int Answer(const Item& item) {
+// EPSG() and FindEPSG(); -1 for a code that builds no reference.
+std::pair<int, int> Answer(const Item& item) {
     if (item.text.empty()) {
         LmSpatialReference reference(item.code);
-        return reference.IsNull() ? -1 : reference.EPSG();
+        if (reference.IsNull()) return {-1, -1};
+        return {reference.EPSG(), reference.FindEPSG()};
     }
-    return LmSpatialReference(item.text.c_str(), eWKT).EPSG();
+    LmSpatialReference reference(item.text.c_str(), eWKT);
+    return {reference.EPSG(), reference.FindEPSG()};
 }
 
 TEST(EpsgThreads, ColdTableGivesEveryThreadTheSingleThreadAnswers) {
     const std::vector<Item> items = Items();
     constexpr int kThreads = 8;
-    std::vector<std::vector<int>> results(kThreads, std::vector<int>(items.size()));
+    std::vector<std::vector<std::pair<int, int>>> results(kThreads, std::vector<std::pair<int, int>>(items.size()));
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t)
         threads.emplace_back([&items, &results, t] {
@@ -64,12 +69,18 @@ TEST(EpsgThreads, ColdTableGivesEveryThreadTheSingleThreadAnswers) {
         });
     for (std::thread& thread : threads) thread.join();
 
-    std::vector<int> single;
+    std::vector<std::pair<int, int>> single;
     for (const Item& item : items) single.push_back(Answer(item));
     for (int t = 0; t < kThreads; ++t) EXPECT_EQ(results[t], single) << "thread " << t;
-    EXPECT_EQ(single[0], 4326);
-    EXPECT_EQ(single[6], -1);
-    EXPECT_EQ(std::vector<int>(single.begin() + 7, single.begin() + 10), std::vector<int>({4326, 4490, 3857}));
+    EXPECT_EQ(single[0], std::make_pair(4326, 4326));
+    EXPECT_EQ(single[6], std::make_pair(-1, -1));
+    EXPECT_EQ(single[7].first, 4326);
+    EXPECT_EQ(single[8].first, 4490);
+    EXPECT_EQ(single[9].first, 3857);
+    // The ESRI texts of 27700, 2154 and 26910 are named back.
+    EXPECT_EQ(single[14].second, 27700);
+    EXPECT_EQ(single[15].second, 2154);
+    EXPECT_EQ(single[16].second, 26910);
 }
 
 }  // namespace

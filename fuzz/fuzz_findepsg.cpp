@@ -1,0 +1,40 @@
+// Identification of arbitrary texts, and the index reader it rests on. The
+// first byte picks what the rest is: a WKT, PROJ.4 or XML text to identify
+// with FindEPSG, or the lines of an EPSG.index file.
+#include <lmspatialreference/spatialreference.h>
+
+#include "spatialreference/epsgindex.h"
+
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+using namespace Lumora::Kernel;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size < 1) return 0;
+    const std::string text(reinterpret_cast<const char*>(data + 1), size - 1);
+    switch (data[0] % 4) {
+        case 0:
+        case 1: {
+            const LmSpatialReference reference(text.c_str(), data[0] % 4 == 0 ? eWKT : eProj4);
+            std::vector<LmEPSGMatch> candidates;
+            reference.FindEPSG(&candidates);
+            reference.FindEPSG();
+            break;
+        }
+        case 2: {
+            const LmSpatialReference reference(text.c_str(), eXML);
+            reference.FindEPSG();
+            break;
+        }
+        default: {
+            std::istringstream stream(text);
+            LmEPSGIndex index;
+            if (index.Read(stream))
+                for (const LmEPSGFingerprint& print : index.Entries()) index.Find(print.code);
+            break;
+        }
+    }
+    return 0;
+}
