@@ -38,7 +38,9 @@ LM_API void g_CacheRecentEPSG(LmSpatialReference* reference, int code);
 LM_API void g_CacheRecentEPSG(const char* wkt, int code);
 // The code named ("EPSG:<code>") by the first entry of the catalogue's
 // "EPSG_Alias" category that is the same as the reference or has its
-// parameters (IsSame or IsSameParameter); 0 when none.
+// parameters (IsSame or IsSameParameter); 0 when none, or when that entry's
+// Name() (its name line, or its CS name when the line is empty) names no
+// code from 1 to 2147483647.
 LM_API int g_SearchAliasEPSG(const LmSpatialReference* reference);
 // The EPSG code of a reference: the recent references, then the alias
 // category, then the smallest code of the table whose text is the same or has
