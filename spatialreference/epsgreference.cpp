@@ -62,13 +62,10 @@ int LmSpatialReference::EPSG() const {
     LmQuietGdalErrors quiet;
     if (m_pSRS == nullptr) return 0;
     const char* key = IsGeographic() ? "GEOGCS" : "PROJCS";
-    {
-        LmQuietGdalErrors quiet;
-        if (m_pSRS->GetAuthorityCode(key) == nullptr) m_pSRS->AutoIdentifyEPSG();
-        const char* code = m_pSRS->GetAuthorityCode(key);
-        const long number = code != nullptr ? std::strtol(code, nullptr, 10) : 0;
-        if (number > 0 && number <= INT32_MAX) return static_cast<int>(number);
-    }
+    if (m_pSRS->GetAuthorityCode(key) == nullptr) m_pSRS->AutoIdentifyEPSG();
+    const char* code = m_pSRS->GetAuthorityCode(key);
+    const long number = code != nullptr ? std::strtol(code, nullptr, 10) : 0;
+    if (number > 0 && number <= INT32_MAX) return static_cast<int>(number);
     return g_SearchEPSG(this);
 }
 

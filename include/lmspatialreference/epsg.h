@@ -7,7 +7,12 @@
 // record of the same code replaces an earlier one, and a code line that is not
 // a positive number ends the table.
 //
-// Every function is safe to call from several threads at once.
+// The tables are locked, so the functions may be called from several threads
+// at once, but the references handed to them are not: OGR fills parts of a
+// reference lazily, even while it is only compared. A reference must not be
+// passed while another thread uses it, and one handed to g_CacheRecentEPSG is
+// compared by every later search, from any thread, so its caller must stop
+// using it while others may search.
 #ifndef LMSPATIALREFERENCE_EPSG_H
 #define LMSPATIALREFERENCE_EPSG_H
 
