@@ -174,7 +174,8 @@ TEST_F(EpsgTableTest, AliasCodeIsReadFromTheAliasName) {
                 // The table's only entry is on another ellipsoid, so only the alias can answer.
                 const std::string folder = MakeFolder("alias");
                 WriteText(folder + "/EPSG.txt", "1\n10\n" + Geographic("W") + "\n");
-                WriteText(folder + "/EPSG_Alias.txt", "1\n" + item.nameLine + "\n" + Geographic(item.csName, true) + "\n");
+                WriteText(folder + "/EPSG_Alias.txt",
+                          "1\n" + item.nameLine + "\n" + Geographic(item.csName, true) + "\n");
                 LmGlobeConfig::Set("Kernel/SpatialReference/DataFolder", folder.c_str());
                 LmGlobeConfig::Clear("Kernel/SpatialReference/EPSG");
                 LmSmarterPtr<LmSpatialReference> probe(new LmSpatialReference(Geographic("P", true).c_str(), eWKT));

@@ -120,42 +120,47 @@ TEST(Records, EllipsoidUnitCodes) {
     }
 }
 
-// A reference whose CS carries the given unit node and axis nodes: geographic
-// when the unit is angular, else projected.
-std::string WithAxes(const char* unit, const char* axis1, const char* axis2) {
-    const std::string geographic = R"(GEOGCS["g",DATUM["d",SPHEROID["s",6378137,298.257223563]],PRIMEM["Greenwich",0],)";
-    const std::string axes = std::string(R"(,AXIS[")") + axis1 + R"(],AXIS[")" + axis2 + "]]";
-    if (std::string(unit).find("9001") == std::string::npos) return geographic + unit + axes;
-    return "PROJCS[\"p\"," + geographic + R"(UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],)"
-                                          R"(PARAMETER["central_meridian",117],)" + unit + axes;
+const char* const kBaseGeographic =
+    R"(GEOGCS["g",DATUM["d",SPHEROID["s",6378137,298.257223563]],PRIMEM["Greenwich",0],)";
+
+// A geographic reference with the given unit node and axis nodes.
+std::string GeographicWithAxes(const char* unit, const char* axis1, const char* axis2) {
+    return std::string(kBaseGeographic) + unit + R"(,AXIS[")" + axis1 + R"(],AXIS[")" + axis2 + "]]";
+}
+
+// A projected reference in metres with the given axis nodes.
+std::string ProjectedWithAxes(const char* axis1, const char* axis2) {
+    return std::string("PROJCS[\"p\",") + kBaseGeographic +
+           R"(UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],)"
+           R"(PARAMETER["central_meridian",117],UNIT["metre",1,AUTHORITY["EPSG","9001"]],AXIS[")" +
+           axis1 + R"(],AXIS[")" + axis2 + "]]";
 }
 
 TEST(Records, CoordinateSystemsFromTheAxisNodes) {
     const char* const degree = R"(UNIT["degree",0.0174532925199433,AUTHORITY["EPSG","9122"]])";
     const char* const dmsh = R"(UNIT["DMSH",0.0174532925199433,AUTHORITY["EPSG","9108"]])";
     const char* const grad = R"(UNIT["grad",0.015707963267949,AUTHORITY["EPSG","9105"]])";
-    const char* const metre = R"(UNIT["metre",1,AUTHORITY["EPSG","9001"]])";
     struct Row {
         std::string wkt;
         int code;
     };
     const std::vector<Row> table = {
-        {WithAxes(degree, R"(Latitude",NORTH)", R"(Longitude",EAST)"), 6422},
-        {WithAxes(dmsh, R"(Lat",NORTH)", R"(Long",EAST)"), 6402},
+        {GeographicWithAxes(degree, R"(Latitude",NORTH)", R"(Longitude",EAST)"), 6422},
+        {GeographicWithAxes(dmsh, R"(Lat",NORTH)", R"(Long",EAST)"), 6402},
         // Longitude first is only recognised with the latitude-first orientations.
-        {WithAxes(degree, R"(Longitude",NORTH)", R"(Latitude",EAST)"), 6424},
-        {WithAxes(grad, R"(Longitude",NORTH)", R"(Latitude",EAST)"), 6403},
-        {WithAxes(degree, R"(Longitude",EAST)", R"(Latitude",NORTH)"), 0},
-        {WithAxes(metre, R"(Easting",EAST)", R"(Northing",NORTH)"), 4400},
-        {WithAxes(metre, R"(Northing",NORTH)", R"(Easting",EAST)"), 4500},
-        {WithAxes(metre, R"(Northing",NORTH)", R"(Easting",WEST)"), 4501},
-        {WithAxes(metre, R"(X",NORTH)", R"(Y",EAST)"), 4530},
-        {WithAxes(metre, R"(X",EAST)", R"(Y",NORTH)"), 4499},
-        {WithAxes(metre, R"(X",SOUTH)", R"(Y",WEST)"), 6501},
-        {WithAxes(metre, R"(Y",EAST)", R"(X",NORTH)"), 4498},
-        {WithAxes(metre, R"(Y",NORTH)", R"(X",EAST)"), 4532},
-        {WithAxes(metre, R"(Y",WEST)", R"(X",SOUTH)"), 6503},
-        {WithAxes(metre, R"(Lat",NORTH)", R"(Lon",EAST)"), 0},
+        {GeographicWithAxes(degree, R"(Longitude",NORTH)", R"(Latitude",EAST)"), 6424},
+        {GeographicWithAxes(grad, R"(Longitude",NORTH)", R"(Latitude",EAST)"), 6403},
+        {GeographicWithAxes(degree, R"(Longitude",EAST)", R"(Latitude",NORTH)"), 0},
+        {ProjectedWithAxes(R"(Easting",EAST)", R"(Northing",NORTH)"), 4400},
+        {ProjectedWithAxes(R"(Northing",NORTH)", R"(Easting",EAST)"), 4500},
+        {ProjectedWithAxes(R"(Northing",NORTH)", R"(Easting",WEST)"), 4501},
+        {ProjectedWithAxes(R"(X",NORTH)", R"(Y",EAST)"), 4530},
+        {ProjectedWithAxes(R"(X",EAST)", R"(Y",NORTH)"), 4499},
+        {ProjectedWithAxes(R"(X",SOUTH)", R"(Y",WEST)"), 6501},
+        {ProjectedWithAxes(R"(Y",EAST)", R"(X",NORTH)"), 4498},
+        {ProjectedWithAxes(R"(Y",NORTH)", R"(X",EAST)"), 4532},
+        {ProjectedWithAxes(R"(Y",WEST)", R"(X",SOUTH)"), 6503},
+        {ProjectedWithAxes(R"(Lat",NORTH)", R"(Lon",EAST)"), 0},
         // With an EPSG identifier GDAL's GetAxis says "Geodetic latitude";
         // the tree keeps "Latitude".
         {R"(GEOGCRS["WGS 84",DATUM["World Geodetic System 1984",ELLIPSOID["WGS 84",6378137,298.257223563]],)"
@@ -284,6 +289,8 @@ TEST(Records, NullReferenceAnswersNoCodesAndEmptyTexts) {
 // abbreviation is "Long"; and a projected CRS's base is named by the text
 // before the "/" of its own name ("CGCS2000", not the base CRS's name).
 TEST(Records, OfEpsgReferencesFromCodesAndFromGdalWkt) {
+    const char* const latLong =
+        "Ellipsoidal 2D CS. Axes: Latitude, Longitude (Lat,Long). Orientations: north, east.  UoM: degree.";
     const struct {
         int code;
         int coordinateSystem;
@@ -300,10 +307,10 @@ TEST(Records, OfEpsgReferencesFromCodesAndFromGdalWkt) {
         const char* conversion;
         std::vector<int> parameterValues;  // codes 8801, 8802, 8805, 8806, 8807
     } table[] = {
-        {4326, 6422, "Ellipsoidal 2D CS. Axes: Latitude, Longitude (Lat,Long). Orientations: north, east.  UoM: degree.",
+        {4326, 6422, latLong,
          {"Latitude", "Longitude"}, {"Lat", "Long"}, {"north", "east"}, {9901, 9902}, 9122, 4326, "WGS 84", 6326, 7030,
          -1, "WGS 84", {}},
-        {4490, 6422, "Ellipsoidal 2D CS. Axes: Latitude, Longitude (Lat,Long). Orientations: north, east.  UoM: degree.",
+        {4490, 6422, latLong,
          {"Latitude", "Longitude"}, {"Lat", "Long"}, {"north", "east"}, {9901, 9902}, 9122, 4490,
          "China Geodetic Coordinate System 2000", 1043, 1024, -1, "China Geodetic Coordinate System 2000", {}},
         {32650, 4400, "Cartesian 2D CS. Axes: Easting, Northing (E,N). Orientations: east, north.  UoM: m.",
@@ -346,10 +353,10 @@ TEST(Records, OfEpsgReferencesFromCodesAndFromGdalWkt) {
             EXPECT_EQ(rule.MethodCode, row.method);
             EXPECT_EQ(rule.Name, row.conversion);
             ASSERT_EQ(reference->CoordinateConversionsParameterCount(), static_cast<int>(row.parameterValues.size()));
-            for (std::size_t i = 0; i < row.parameterValues.size(); ++i) {
-                const LmCoordinateConversionsParameter parameter = reference->CoordinateConversionsParameter(static_cast<int>(i));
+            for (int i = 0; i < reference->CoordinateConversionsParameterCount(); ++i) {
+                const LmCoordinateConversionsParameter parameter = reference->CoordinateConversionsParameter(i);
                 EXPECT_EQ(parameter.ParameterCode, parameterCodes[i]) << parameter.Name;
-                EXPECT_EQ(parameter.Value, row.parameterValues[i]) << parameter.Name;
+                EXPECT_EQ(parameter.Value, row.parameterValues[static_cast<std::size_t>(i)]) << parameter.Name;
             }
         }
     }
