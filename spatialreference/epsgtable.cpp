@@ -150,8 +150,12 @@ int g_SearchAliasEPSG(const LmSpatialReference* reference) {
     // The recent cache gets its own object: the prepared ones are shared.
     LmSmarterPtr<LmSpatialReference> alias(new LmSpatialReference(match.text.c_str(), eWKT));
     alias->Name(match.name.c_str());
-    g_CacheRecentEPSG(alias, match.code);
-    return match.code;
+    // Read from the reference's name, so an entry whose name line is empty
+    // answers the code its CS name carries.
+    const std::int64_t code = CodeOfLine(alias->Name());
+    if (code <= 0 || code > INT32_MAX) return 0;
+    g_CacheRecentEPSG(alias, static_cast<int>(code));
+    return static_cast<int>(code);
 }
 
 int g_SearchEPSG(const LmSpatialReference* reference) {

@@ -7,7 +7,12 @@
 // record of the same code replaces an earlier one, and a code line that is not
 // a positive number ends the table.
 //
-// Every function is safe to call from several threads at once.
+// The tables are locked, so the functions may be called from several threads
+// at once, but the references handed to them are not: OGR fills parts of a
+// reference lazily, even while it is only compared. A reference must not be
+// passed while another thread uses it, and one handed to g_CacheRecentEPSG is
+// compared by every later search, from any thread, so its caller must stop
+// using it while others may search.
 #ifndef LMSPATIALREFERENCE_EPSG_H
 #define LMSPATIALREFERENCE_EPSG_H
 
@@ -43,7 +48,9 @@ LM_API void g_CacheRecentEPSG(LmSpatialReference* reference, int code);
 LM_API void g_CacheRecentEPSG(const char* wkt, int code);
 // The code named ("EPSG:<code>") by the first entry of the catalogue's
 // "EPSG_Alias" category that is the same as the reference or has its
-// parameters (IsSame or IsSameParameter); 0 when none.
+// parameters (IsSame or IsSameParameter); 0 when none, or when that entry's
+// Name() (its name line, or its CS name when the line is empty) names no
+// code from 1 to 2147483647.
 LM_API int g_SearchAliasEPSG(const LmSpatialReference* reference);
 // The EPSG code of a reference: the recent references, then the alias
 // category, then the smallest code of the table whose text is the same or has

@@ -153,14 +153,18 @@ public:
     bool IsSameParameter(LmSpatialReference* other) const;
 
     // Descriptive records (spatialreferencerecords.h). Each answers a record
-    // by value; a null reference answers codes -1 and empty texts wherever
-    // the derivation rules give nothing else.
+    // by value; a null reference answers records whose codes are all -1 and
+    // whose texts are all empty, and no parameters unless it is a clone that
+    // copied them.
     //
-    // The name of axis i (clamped to 0 or 1) as GDAL answers it, and its
-    // orientation (written when not null); a reference without axes answers
-    // DefaultAxis. GDAL names the axes of a geographic reference read from an
-    // EPSG code "Geodetic latitude" and "Geodetic longitude", which the
-    // coordinate system table does not recognise (code 0).
+    // The name of axis i (clamped to 0 or 1) and its orientation (written when
+    // not null), read from the AXIS nodes of the reference's GEOGCS (for a
+    // geographic reference) or PROJCS node, where GDAL keeps the text's own
+    // names ("Latitude", "Easting"). GetAxis would answer the names of PROJ's
+    // database ("Geodetic latitude") for any text with an EPSG authority,
+    // which the coordinate system table does not recognise, so it is asked
+    // only when the tree has no such node, and DefaultAxis after it; a null
+    // reference answers DefaultAxis of a reference that is not geographic.
     LmString Axis(int i, LmAxisOrientation* orientation) const;
     LmCoordinateSystem CoordinateSystem() const;
     LmCoordinateAxis CoordinateAxis(int i) const;
@@ -172,7 +176,8 @@ public:
     // Named after the first "/" of the reference's name.
     LmCoordinateConversionsRule CoordinateConversionsRule() const;
     // The projection parameters, read once and then kept (Clone copies
-    // them); none for a reference without a PROJCS node.
+    // them, even into a clone that is null); none for a reference without a
+    // PROJCS node.
     int CoordinateConversionsParameterCount() const;
     // A copy of parameter i; an index outside the list answers a record with
     // codes -1, an empty name and value 0.

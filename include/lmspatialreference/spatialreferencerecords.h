@@ -7,7 +7,8 @@
 // nodes of GDAL's tree of the reference or derived by fixed tables. A code of
 // -1 means none, 0 a combination the tables do not recognise. The records
 // follow GDAL's tree exactly as GDAL builds it, so axis names, unit
-// authorities and parameter spellings are GDAL's.
+// authorities and parameter spellings are GDAL's. A null reference answers
+// records whose codes are all -1 and whose texts are all empty.
 #ifndef LMSPATIALREFERENCE_SPATIALREFERENCERECORDS_H
 #define LMSPATIALREFERENCE_SPATIALREFERENCERECORDS_H
 
@@ -59,20 +60,24 @@ struct LM_API LmCoordinateAxis {
     int CoordinateSystemCode = -1; // code of the coordinate system the axis belongs to
     int AxisNameCode = -1;      // EPSG axis name code, 0 when not recognised
     LmString Orientation;       // "north", "east", ... or ""
-    LmString Name;              // as the reference's AXIS node names it
-    LmString Abbreviation;      // "E", "N", "Lat", "Lon", ... or ""
-    int UnitCode = -1;          // EPSG unit of measure, -1 when GDAL gives none
+    LmString Name;              // as the reference's AXIS node names it (see LmSpatialReference::Axis)
+    LmString Abbreviation;      // "Lat", "Long", "N", "E", "Y", "X" or "" (see Axis_Abbreviation)
+    int UnitCode = -1;          // EPSG unit of the reference's UNIT node, -1 when GDAL gives none
     int Order = 0;              // 1 or 2
 };
 
-// An ellipsoid; lengths in the unit of UnitCode (metres for GDAL's trees).
+// An ellipsoid. Its axes are always in metres, as GDAL gives them; UnitCode
+// is the unit the EPSG dataset defines that ellipsoid in, which for a few
+// older ellipsoids is not the metre.
 struct LM_API LmEllipsoid {
     int Code = -1;              // EPSG ellipsoid code, -1 when GDAL gives none
     LmString Name;              // as the reference's SPHEROID node names it
-    double SemiMajorAxis = 0.0; // in the unit of UnitCode
-    double SemiMinorAxis = 0.0; // in the unit of UnitCode
+    double SemiMajorAxis = 0.0; // metres
+    double SemiMinorAxis = 0.0; // metres
     double InverseFlattening = 0.0; // 0 for a sphere
-    int UnitCode = -1;          // EPSG unit of measure of the axes, 9001 for metres
+    // By the ellipsoid code: 9005 for 7007 and 7034, 9003 for 7009, 9080 for
+    // 7042, 9031 for 7046, 9002 for 7055, else 9001 (metre), also for -1.
+    int UnitCode = -1;
     LmString InformationSource; // "EPSG"
     LmString DataSource;        // "EPSG"
 };
@@ -94,10 +99,14 @@ struct LM_API LmDatum {
 
 // The geographic coordinate reference system of a reference.
 struct LM_API LmCoordinateReferenceSystem {
-    int Code = -1;              // EPSG code of the geographic reference, -1 when unknown
-    LmString Name;              // as its GEOGCS node names it
+    int Code = -1;              // EPSG() of a geographic reference, -1 for any other
+    // The reference's Name(); for one that is not geographic, the text before
+    // its first "/", trimmed ("WGS 84" of "WGS 84 / UTM zone 50N").
+    LmString Name;
     LmString Kind;              // "GEOGRAPHIC2D", "VERTICAL", "ENGINEERING" or ""
-    int CoordinateSystemCode = -1; // code of its ellipsoidal coordinate system
+    // CoordinateSystem().Code of the reference itself, so the Cartesian CS of
+    // a projected reference (4400, ...), not that of its geographic base.
+    int CoordinateSystemCode = -1;
     int DatumCode[2] = {-1, -1}; // both hold the datum code
     LmString InformationSource; // "EPSG"
     LmString DataSource;        // "EPSG"

@@ -155,4 +155,36 @@ TEST_F(EpsgTableTest, SearchTriesRecentThenAliasThenSmallestTableCode) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST_F(EpsgTableTest, AliasCodeIsReadFromTheAliasName) {
+    const struct {
+        const char* what;
+        std::string nameLine, csName;
+        int code;
+    } cases[] = {
+        {"the name line", "epsg:77", "K", 77},
+        {"an empty name line: the CS name", "", "EPSG:88", 88},
+        {"beyond int", "EPSG:4294967373", "K", 0},  // 2^32 + 77, which a plain cast reads as 77
+        {"not positive", "EPSG:-5", "K", 0},
+        {"no code at all", "", "K", 0},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.what);
+        EXPECT_EXIT(
+            {
+                // The table's only entry is on another ellipsoid, so only the alias can answer.
+                const std::string folder = MakeFolder("alias");
+                WriteText(folder + "/EPSG.txt", "1\n10\n" + Geographic("W") + "\n");
+                WriteText(folder + "/EPSG_Alias.txt",
+                          "1\n" + item.nameLine + "\n" + Geographic(item.csName, true) + "\n");
+                LmGlobeConfig::Set("Kernel/SpatialReference/DataFolder", folder.c_str());
+                LmGlobeConfig::Clear("Kernel/SpatialReference/EPSG");
+                LmSmarterPtr<LmSpatialReference> probe(new LmSpatialReference(Geographic("P", true).c_str(), eWKT));
+                CHILD_CHECK(g_SearchAliasEPSG(probe) == item.code);
+                CHILD_CHECK(g_SearchEPSG(probe) == item.code);
+                std::_Exit(0);
+            },
+            testing::ExitedWithCode(0), "");
+    }
+}
+
 }  // namespace
