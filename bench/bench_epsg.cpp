@@ -58,9 +58,10 @@ const char* const kNoMatch =
     "PARAMETER[\"Central_Meridian\",1.2345],PARAMETER[\"Scale_Factor\",0.9],PARAMETER[\"Latitude_Of_Origin\",0.0],"
     "UNIT[\"Meter\",1.0]]";
 
-// The first EPSG() of a process, in a child process per run: table load,
-// alias and table entries built on demand.
-void BM_EpsgFirstCallInProcess(benchmark::State& state) {
+// The first identification of a process, in a child process per run: table
+// and index load, alias and table entries built on demand.
+template <class Identify>
+void _FirstCallInProcess(benchmark::State& state, Identify identify) {
     const std::string text = _TableOnlyTexts()[state.range(0)];
     for (auto _ : state) {
         int fds[2];
@@ -71,7 +72,7 @@ void BM_EpsgFirstCallInProcess(benchmark::State& state) {
             timespec cpuStart{}, cpuEnd{};
             clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &cpuStart);
             const auto start = std::chrono::steady_clock::now();
-            const int code = reference.EPSG();
+            const int code = identify(reference);
             const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
             clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &cpuEnd);
             const double cpu = (cpuEnd.tv_sec - cpuStart.tv_sec) + 1e-9 * (cpuEnd.tv_nsec - cpuStart.tv_nsec);
@@ -90,7 +91,35 @@ void BM_EpsgFirstCallInProcess(benchmark::State& state) {
         state.counters["cpu_ms"] = 1000.0 * message[2];
     }
 }
+void BM_EpsgFirstCallInProcess(benchmark::State& state) {
+    _FirstCallInProcess(state, [](const LmSpatialReference& reference) { return reference.EPSG(); });
+}
 BENCHMARK(BM_EpsgFirstCallInProcess)->Arg(0)->Arg(11)->Arg(22)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+void BM_FindEpsgFirstCallInProcess(benchmark::State& state) {
+    _FirstCallInProcess(state, [](const LmSpatialReference& reference) { return reference.FindEPSG(); });
+}
+BENCHMARK(BM_FindEpsgFirstCallInProcess)->Arg(0)->Arg(11)->Arg(22)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+// FindEPSG of the same texts, the index loaded: every call is a full search,
+// since FindEPSG keeps no cache of its own.
+void BM_FindEpsg(benchmark::State& state) {
+    std::vector<LmSmarterPtr<LmSpatialReference>> references;
+    for (const std::string& text : _TableOnlyTexts()) references.emplace_back(new LmSpatialReference(text.c_str(), eWKT));
+    references.front()->FindEPSG();
+    std::size_t next = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(references[next++ % references.size()]->FindEPSG());
+}
+BENCHMARK(BM_FindEpsg)->Unit(benchmark::kMicrosecond);
+
+// Full-table searches from one and two threads (a text no code matches, so
+// neither the recent cache nor the alias category answers it).
+void BM_EpsgNoMatchThreads(benchmark::State& state) {
+    LmSpatialReference reference(kNoMatch, eWKT);
+    reference.EPSG();
+    for (auto _ : state) benchmark::DoNotOptimize(reference.EPSG());
+}
+BENCHMARK(BM_EpsgNoMatchThreads)->Threads(1)->Threads(2)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // The text of a code without its authority codes: EPSG() has to search, and
 // once the code is recent the recent cache holds a reference the same as it.
