@@ -92,7 +92,7 @@ std::string _ExportDeprecated(int code) {
 
 }  // namespace
 
-bool WriteEPSGIndex(const std::string& path, const std::vector<std::pair<std::string, std::string>>& table) {
+bool WriteEPSGIndex(const std::string& path, const Records& table, const Records& aliases) {
     PJ_CONTEXT* context = proj_context_create();
     const DatabaseNames names = _ReadDatabase(proj_context_get_database_path(context));
     proj_context_destroy(context);
@@ -105,6 +105,8 @@ bool WriteEPSGIndex(const std::string& path, const std::vector<std::pair<std::st
     const std::size_t tableSize = sources.size();
     for (int code : names.deprecated)
         if (names.crsNames.count(code) != 0) sources.emplace_back(code, _ExportDeprecated(code));
+    const std::size_t ownSize = sources.size();
+    for (const auto& alias : aliases) sources.emplace_back(std::atoi(alias.first.c_str() + 5), alias.second);
 
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -116,7 +118,8 @@ bool WriteEPSGIndex(const std::string& path, const std::vector<std::pair<std::st
         if (print.kind == 'O') continue;
         print.code = source.first;
         print.deprecated = names.deprecated.count(source.first) != 0;
-        print.textHash = i < tableSize ? LmTextHash(source.second.c_str()) : 0;
+        print.alias = i >= ownSize;
+        print.textHash = i < tableSize || print.alias ? LmTextHash(source.second.c_str()) : 0;
         const auto crs = names.crsNames.find(source.first);
         if (crs != names.crsNames.end()) _AddKeys(print.nameKeys, crs->second);
         const auto datum = names.datumNames.find(source.first);

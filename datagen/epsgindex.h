@@ -7,8 +7,10 @@
 #include <utility>
 #include <vector>
 
-// table: the codes and texts of EPSG.txt. Deprecated geographic and projected
-// codes are indexed too, flagged, so that identification can name them last.
-bool WriteEPSGIndex(const std::string& path, const std::vector<std::pair<std::string, std::string>>& table);
+// table: the codes and texts of EPSG.txt; aliases: the "EPSG:<code>" entries
+// of the alias category. Deprecated geographic and projected codes are
+// indexed too, flagged, so that identification can name them last.
+using Records = std::vector<std::pair<std::string, std::string>>;
+bool WriteEPSGIndex(const std::string& path, const Records& table, const Records& aliases);
 
 #endif  // LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H

@@ -26,7 +26,6 @@ namespace {
 
 constexpr std::size_t kLongestLine = 10239;
 
-using Records = std::vector<std::pair<std::string, std::string>>;
 
 // GDAL's one-line WKT of a code, in its own form or ESRI's; empty when GDAL
 // cannot build or export it, or when the text would not fit a line.
@@ -110,7 +109,6 @@ int main(int argc, char** argv) {
         if (!wkt.empty()) table.emplace_back(std::to_string(code), std::move(wkt));
     }
     if (table.empty() || !Write(folder + "/EPSG.txt", table)) return 1;
-    if (!WriteEPSGIndex(folder + "/EPSG.index", table)) return 1;
 
     // The alias category. A geographic alias answers for any geographic
     // reference on its ellipsoid, so each ellipsoid's usual reference comes
@@ -133,6 +131,7 @@ int main(int argc, char** argv) {
         if (!wkt.empty()) aliases.emplace_back("EPSG:" + std::to_string(code), std::move(wkt));
     }
     if (!Write(folder + "/EPSG_Alias.txt", aliases)) return 1;
+    if (!WriteEPSGIndex(folder + "/EPSG.index", table, aliases)) return 1;
 
     // Two categories to browse, named after their references.
     for (const auto& category : {std::make_pair(std::string("China_Geographic"), ChineseGeographic()),

@@ -167,6 +167,7 @@ std::string FormatFingerprint(const LmEPSGFingerprint& print) {
     line += '\t';
     std::string flags;
     if (print.deprecated) flags += 'd';
+    if (print.alias) flags += 'a';
     if (print.vertical) flags += 'v';
     if (print.northingFirst) flags += 'n';
     line += flags.empty() ? "-" : flags;
@@ -197,6 +198,7 @@ bool ParseFingerprint(const std::string& line, LmEPSGFingerprint& print) {
     const auto code = std::from_chars(fields[0].data(), fields[0].data() + fields[0].size(), print.code);
     if (code.ec != std::errc() || print.code <= 0) return false;
     print.deprecated = fields[1].find('d') != std::string::npos;
+    print.alias = fields[1].find('a') != std::string::npos;
     print.vertical = fields[1].find('v') != std::string::npos;
     print.northingFirst = fields[1].find('n') != std::string::npos;
     const auto hash = std::from_chars(fields[2].data(), fields[2].data() + fields[2].size(), print.textHash, 16);

@@ -20,9 +20,12 @@ using LmNamedValues = std::vector<std::pair<std::string, double>>;
 
 struct LmEPSGFingerprint {
     // Only in the index: the code, whether EPSG deprecated it, and a hash of
-    // the EPSG.txt text the numbers were read from (0 for a code not there).
+    // the text the numbers were read from (0 for a code not in EPSG.txt).
     int code = 0;
     bool deprecated = false;
+    // An entry of the alias category rather than the code's own definition:
+    // it speeds up the alias search and takes no part in FindEPSG.
+    bool alias = false;
     std::uint64_t textHash = 0;
 
     // 'G' geographic, 'P' projected, 'O' anything else, per OGR.

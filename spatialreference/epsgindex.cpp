@@ -27,7 +27,7 @@ bool LmEPSGIndex::Read(std::istream& stream) {
     m_entries.reserve(static_cast<std::size_t>(count));
     for (std::int64_t i = 0; i < count; ++i) {
         LmEPSGFingerprint print;
-        if (!ParseFingerprint(ReadDataLine(stream), print) || m_byCode.count(print.code) != 0) {
+        if (!ParseFingerprint(ReadDataLine(stream), print) || (!print.alias && Find(print.code) != nullptr)) {
             m_entries.clear();
             m_byCode.clear();
             return false;
@@ -39,8 +39,17 @@ bool LmEPSGIndex::Read(std::istream& stream) {
 }
 
 const LmEPSGFingerprint* LmEPSGIndex::Find(int code) const {
-    const auto found = m_byCode.find(code);
-    return found == m_byCode.end() ? nullptr : &m_entries[found->second];
+    const auto range = m_byCode.equal_range(code);
+    for (auto entry = range.first; entry != range.second; ++entry)
+        if (!m_entries[entry->second].alias) return &m_entries[entry->second];
+    return nullptr;
+}
+
+const LmEPSGFingerprint* LmEPSGIndex::Find(int code, std::uint64_t textHash) const {
+    const auto range = m_byCode.equal_range(code);
+    for (auto entry = range.first; entry != range.second; ++entry)
+        if (m_entries[entry->second].textHash == textHash) return &m_entries[entry->second];
+    return nullptr;
 }
 
 }  // namespace Kernel

@@ -23,12 +23,15 @@ public:
     bool Read(std::istream& stream);
 
     const std::vector<LmEPSGFingerprint>& Entries() const { return m_entries; }
-    // The fingerprint of a code; null when the index has none.
+    // The fingerprint of a code's own definition; null when the index has none.
     const LmEPSGFingerprint* Find(int code) const;
+    // The fingerprint computed from this very text of a code (its definition
+    // or an alias entry), by the text's hash; null when none was.
+    const LmEPSGFingerprint* Find(int code, std::uint64_t textHash) const;
 
 private:
     std::vector<LmEPSGFingerprint> m_entries;
-    std::unordered_map<int, std::size_t> m_byCode;
+    std::unordered_multimap<int, std::size_t> m_byCode;
 };
 
 }  // namespace Kernel

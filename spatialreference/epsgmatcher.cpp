@@ -114,8 +114,8 @@ void LmEPSGMatcher::Add(int code, const char* name, const char* text) {
     if (_StartsWith(entry.text.c_str(), "GEOGCS[")) entry.kind = 'G';
     else if (_StartsWith(entry.text.c_str(), "PROJCS[")) entry.kind = 'P';
     entry.hasEllipsoid = _ReadSpheroid(entry.text.c_str(), entry.semiMajor, entry.inverseFlattening);
-    const LmEPSGFingerprint* indexed = LmEPSGIndex::Instance().Find(code);
-    if (indexed != nullptr && indexed->textHash == LmTextHash(entry.text.c_str())) {
+    const LmEPSGFingerprint* indexed = LmEPSGIndex::Instance().Find(code, LmTextHash(entry.text.c_str()));
+    if (indexed != nullptr) {
         std::call_once(entry.describeOnce, [&entry, indexed] {
             entry.print = *indexed;
             entry.buildable = true;

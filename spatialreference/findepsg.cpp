@@ -124,7 +124,7 @@ int LmSpatialReference::FindEPSG(std::vector<LmEPSGMatch>* candidates) const {
 
     std::vector<Candidate> found;
     for (const LmEPSGFingerprint& code : index.Entries()) {
-        if (!_NumbersAgree(text, statedAxes, code)) continue;
+        if (code.alias || !_NumbersAgree(text, statedAxes, code)) continue;
         const bool datum = _Contains(code.datumKeys, text.datumKeys);
         const bool name = _Contains(code.nameKeys, text.nameKeys);
         const int confidence = code.code == authority || (datum && name) ? 100 : datum ? 85 : name ? 75 : 50;
