@@ -77,6 +77,9 @@ if(LM_BUILD_PYTHON)
     "python3 (>= 3.${CMAKE_MATCH_1}), python3 (<< 3.${_lm_python_next_minor}), python3-numpy")
 endif()
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-dask)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_SOURCE_DIR}/cmake/debian/python/postinst ${PROJECT_SOURCE_DIR}/cmake/debian/python/prerm)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PYTHON_DESCRIPTION "coordinate reference systems for GIS software - Python 3 module
 liblmspatialreference describes coordinate reference systems and moves
 coordinates between them, building on GDAL and PROJ.
