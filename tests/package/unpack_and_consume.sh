@@ -17,19 +17,23 @@ echo "== lintian"
 lintian --fail-on error "${debs[@]}" 2>/dev/null || { echo "lintian found errors"; exit 1; }
 
 echo "== contents"
-contents() { dpkg-deb -c "$work_dir"/cpack/"$1"_*.deb; }
-runtime=$(contents liblmspatialreference1) dev=$(contents liblmspatialreference-dev)
-grep -q 'liblmspatialreference\.so\.1 -> ' <<<"$runtime"
-grep -q 'liblmutility\.so\.1 -> ' <<<"$runtime"
-grep -q '/coordinatesystem/EPSG\.txt$' <<<"$runtime"
-if grep -q 'liblmspatialreference\.so -> ' <<<"$runtime"; then echo "runtime package holds the .so link"; exit 1; fi
-grep -q 'liblmspatialreference\.so -> ' <<<"$dev"
-grep -q '/include/lmspatialreference/lmspatialreference\.h$' <<<"$dev"
-grep -q '/pkgconfig/lmspatialreference\.pc$' <<<"$dev"
-grep -q '/LmSpatialReferenceConfig\.cmake$' <<<"$dev"
-# Dependencies come from dpkg-shlibdeps, those between the packages pin the version.
-dpkg-deb -f "$work_dir"/cpack/liblmspatialreference1_*.deb Depends | grep -q 'libgdal[0-9]* (>='
-dpkg-deb -f "$work_dir"/cpack/liblmspatialreference-dev_*.deb Depends | grep -q '^liblmspatialreference1 (= '
+# has <text> <extended regex>: the text holds a line that matches.
+has() { grep -qE "$2" <<<"$1" || { echo "missing: $2"; exit 1; }; }
+package() { echo "$work_dir"/cpack/$1_*.deb; }
+runtime=$(package 'liblmspatialreference[0-9]*') dev=$(package liblmspatialreference-dev)
+runtime_files=$(dpkg-deb -c "$runtime") dev_files=$(dpkg-deb -c "$dev")
+has "$runtime_files" 'liblmspatialreference\.so\.[0-9]+ -> '
+has "$runtime_files" 'liblmutility\.so\.[0-9]+ -> '
+has "$runtime_files" '/coordinatesystem/EPSG\.txt$'
+if grep -q '\.so -> ' <<<"$runtime_files"; then echo "the runtime package holds a .so link"; exit 1; fi
+has "$dev_files" 'liblmspatialreference\.so -> '
+has "$dev_files" '/include/lmspatialreference/lmspatialreference\.h$'
+has "$dev_files" '/pkgconfig/lmspatialreference\.pc$'
+has "$dev_files" '/LmSpatialReferenceConfig\.cmake$'
+# Dependencies on Debian's libraries come from dpkg-shlibdeps; the -dev
+# package pins the runtime package's exact version.
+has "$(dpkg-deb -f "$runtime" Depends)" 'libgdal[0-9]+ \(>= '
+has "$(dpkg-deb -f "$dev" Depends)" '^liblmspatialreference[0-9]+ \(= '
 
 for deb in "${debs[@]}"; do dpkg-deb -x "$deb" "$root"; done
 pc_file=$(find "$root" -name lmspatialreference.pc)
@@ -53,7 +57,7 @@ cmake --build "$work_dir/cmake-build" >/dev/null
 
 if [ "$python" != none ]; then
   echo "== Python"
-  grep -q '/dist-packages/lmspatialreference/__init__\.py$' <<<"$(contents python3-lmspatialreference)"
+  has "$(dpkg-deb -c "$(package python3-lmspatialreference)")" '/dist-packages/lmspatialreference/__init__\.py$'
   (cd / && PYTHONPATH=$(find "$root" -type d -name dist-packages) PYTHONDONTWRITEBYTECODE=1 "$python" - "$root" <<'PY'
 import sys
 import lmspatialreference as lm
