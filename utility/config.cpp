@@ -128,13 +128,18 @@ std::shared_ptr<LmConfigTree> _GlobalTree() {
     static const std::shared_ptr<LmConfigTree> tree = [] {
         auto fresh = std::make_shared<LmConfigTree>();
         // The catalogue's relative default only works from one working
-        // folder, so the data folder installed beside the library is the
-        // built-in value; a file or a Set overrides it, a Clear drops it.
+        // folder, so the data folder found from the library's own folder is
+        // the built-in value: where the install put it, else beside lib/ as
+        // in the build tree. A file or a Set overrides it, a Clear drops it.
         const LmString module = LmFileSystem::ModuleFileName();
         if (!module.empty()) {
-            const LmDir installed(
-                LmFileSystem::Combine(LmFile(module.c_str()).Parent().FullPath().c_str(), "../data/coordinatesystem").c_str());
-            if (installed.Exists()) fresh->Set({"Kernel", "SpatialReference", "DataFolder"}, installed.FullPath());
+            const LmString libraryFolder = LmFile(module.c_str()).Parent().FullPath();
+            for (const char* relative : {LM_INSTALLED_DATA_FOLDER, "../data/coordinatesystem"}) {
+                const LmDir folder(LmFileSystem::Combine(libraryFolder.c_str(), relative).c_str());
+                if (!folder.Exists()) continue;
+                fresh->Set({"Kernel", "SpatialReference", "DataFolder"}, folder.FullPath());
+                break;
+            }
         }
         if (const char* file = std::getenv("LUMORA_CONFIG")) fresh->Load(file);
         return fresh;

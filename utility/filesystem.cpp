@@ -44,7 +44,12 @@ LmString LmFileSystem::ModuleFileName() {
     Dl_info info;
     if (dladdr(reinterpret_cast<void*>(&LmFileSystem::ModuleFileName), &info) == 0 || info.dli_fname == nullptr)
         return LmString();
-    return _Absolute(LmString(info.dli_fname));
+    // The real file, links resolved: the loader may have reached it through a
+    // linked folder (/lib -> usr/lib on merged-/usr systems), and a path such
+    // as ../share taken lexically from the linked folder would miss.
+    std::error_code error;
+    const fs::path real = fs::canonical(fs::path(info.dli_fname), error);
+    return error ? _Absolute(LmString(info.dli_fname)) : LmString(real.string());
 }
 
 LmString LmFileSystem::WorkingFolder() {

@@ -19,8 +19,8 @@ public:
     static bool Exists(const char* path);
     // True when path starts with '/'.
     static bool IsPathRooted(const char* path);
-    // Full path of the shared library file that holds the utility layer.
-    // Empty when the system cannot tell.
+    // Full path of the shared library file that holds the utility layer, with
+    // symbolic links resolved. Empty when the system cannot tell.
     static LmString ModuleFileName();
     // The current working folder; empty when it cannot be read.
     static LmString WorkingFolder();

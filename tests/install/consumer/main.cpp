@@ -31,7 +31,7 @@ int main() {
     }
 
     // The installed data folder is found from this working folder too.
-    const bool epsg = LmSpatialReference(eWGS84).EPSG() == 4326 && !LmSpatialReference(4547).IsNull();
+    const bool epsg = LmSpatialReference(eWGS84).EPSG() == 4326 && LmSpatialReference(4547).EPSG() == 4547;
     std::printf("consumer: EPSG codes %s\n", epsg ? "ok" : "FAILED");
     return ok && epsg ? 0 : 1;
 }
