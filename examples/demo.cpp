@@ -302,11 +302,43 @@ void WebMercatorTiles() {
     std::printf("%s", pyramid->ToString().c_str());
 }
 
+// ESRI .prj texts where the classic identification (the first code with the
+// same numbers) and FindEPSG (the code the text means) part ways.
+void IdentifyEsriTexts() {
+    const std::string grs80 = "SPHEROID[\"GRS_1980\",6378137.0,298.257222101]";
+    const std::string degree = "PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]";
+    const std::string utm18 =
+        "PROJCS[\"NAD_1983_UTM_Zone_18N\",GEOGCS[\"GCS_North_American_1983\",DATUM[\"D_North_American_1983\"," +
+        grs80 + "]," + degree +
+        "],PROJECTION[\"Transverse_Mercator\"],PARAMETER[\"False_Easting\",500000.0],PARAMETER[\"False_Northing\","
+        "0.0],PARAMETER[\"Central_Meridian\",-75.0],PARAMETER[\"Scale_Factor\",0.9996],PARAMETER[\"Latitude_Of_"
+        "Origin\",0.0],UNIT[\"Meter\",1.0]]";
+    const std::string nad83 =
+        "GEOGCS[\"GCS_North_American_1983\",DATUM[\"D_North_American_1983\"," + grs80 + "]," + degree + "]";
+    const std::string gk117 =
+        "PROJCS[\"CGCS2000_3_Degree_GK_CM_117E\",GEOGCS[\"GCS_China_Geodetic_Coordinate_System_2000\",DATUM["
+        "\"D_China_2000\"," + grs80 + "]," + degree +
+        "],PROJECTION[\"Gauss_Kruger\"],PARAMETER[\"False_Easting\",500000.0],PARAMETER[\"False_Northing\",0.0],"
+        "PARAMETER[\"Central_Meridian\",117.0],PARAMETER[\"Scale_Factor\",1.0],PARAMETER[\"Latitude_Of_Origin\","
+        "0.0],UNIT[\"Meter\",1.0]]";
+    std::printf("\n%-30s %8s %10s  confidence, name\n", "ESRI text", "EPSG()", "FindEPSG()");
+    for (const auto& text : {utm18, nad83, gk117}) {
+        const LmSpatialReference reference(text.c_str(), eWKT);
+        std::vector<LmEPSGMatch> candidates;
+        const int found = reference.FindEPSG(&candidates);
+        const std::size_t quote = text.find('"');
+        std::printf("%-30s %8d %10d  %d, %s\n", text.substr(quote + 1, text.find('"', quote + 1) - quote - 1).c_str(),
+                    reference.EPSG(), found, candidates.empty() ? 0 : candidates.front().Confidence,
+                    candidates.empty() ? "" : candidates.front().Name.c_str());
+    }
+}
+
 }  // namespace
 
 int main() {
     bool allProjected = ProjectTypicalRequest();
     allProjected = ProjectToEpsgCodedTarget() && allProjected;
+    IdentifyEsriTexts();
     OffsetRoundTrip();
     Geodesics();
     AffineAndItsInverse();

@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   cmake g++ make pkg-config
-  libgdal-dev libproj-dev libtinyxml2-dev
+  libgdal-dev libproj-dev libtinyxml2-dev libsqlite3-dev
   libgtest-dev libbenchmark-dev
   # The Python module, its tests and the API reference.
   python3-dev pybind11-dev python3-numpy python3-pytest python3-dask python3-distributed doxygen
