@@ -71,11 +71,12 @@ bool _Close(double a, double b, double relative = 1e-6) {
 }
 
 // Methods that PROJ may find equivalent to another method (Mercator variants
-// A and B, Lambert conic 1SP and 2SP, the polar stereographic variants, and
-// so on): their parameters are not compared one for one before OGR's own
-// comparison.
+// A and B, Lambert conic 1SP and 2SP, the polar stereographic and oblique
+// Mercator variants, and so on): their parameters are not compared one for
+// one before OGR's own comparison. Transverse Mercator is none of them.
 bool _ConvertibleMethod(const std::string& projection) {
-    for (const char* family : {"mercator", "lambert", "stereographic", "equirectangular", "equal_area", "krovak"})
+    if (projection.rfind("mercator", 0) == 0) return true;
+    for (const char* family : {"lambert", "stereographic", "oblique", "equirectangular", "equal_area", "krovak"})
         if (projection.find(family) != std::string::npos) return true;
     return false;
 }
@@ -84,7 +85,9 @@ bool _ConvertibleMethod(const std::string& projection) {
 // the parameters of one method within 1e-10 of each other, so a parameter
 // that differs by more rules it out.
 bool _MayBeEquivalent(const std::string& projection, const LmNamedValues& parameters, const LmEPSGFingerprint& entry) {
-    if (_ConvertibleMethod(projection) || _ConvertibleMethod(entry.projection)) return true;
+    const bool convertible = _ConvertibleMethod(projection);
+    if (convertible != _ConvertibleMethod(entry.projection)) return false;
+    if (convertible) return true;
     if (projection != entry.projection) return false;
     for (const auto& parameter : parameters)
         for (const auto& own : entry.normalizedParameters)

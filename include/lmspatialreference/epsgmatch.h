@@ -1,5 +1,4 @@
-// One candidate of LmSpatialReference::FindEPSG: an EPSG code whose numbers
-// agree with a reference, and how far its names do too.
+// The candidates of LmSpatialReference::FindEPSG.
 #ifndef LMSPATIALREFERENCE_EPSGMATCH_H
 #define LMSPATIALREFERENCE_EPSGMATCH_H
 
@@ -8,6 +7,8 @@
 namespace Lumora {
 namespace Kernel {
 
+// One candidate of LmSpatialReference::FindEPSG: an EPSG code whose numbers
+// agree with a reference, and how far its names do too.
 struct LmEPSGMatch {
     // The EPSG code.
     int Code = 0;
