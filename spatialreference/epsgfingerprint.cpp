@@ -1,6 +1,7 @@
 #include "spatialreference/epsgfingerprint.h"
 
-#include <cpl_error.h>
+#include "spatialreference/ogrsupport.h"
+
 #include <ogr_spatialref.h>
 #include <ogr_srs_api.h>
 
@@ -14,13 +15,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-std::string _Lower(const char* text) {
-    std::string lower(text == nullptr ? "" : text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
-}
 
 const char* _FirstChild(const OGR_SRSNode* node) {
     return node != nullptr && node->GetChildCount() > 0 ? node->GetChild(0)->GetValue() : "";
@@ -96,6 +90,13 @@ constexpr std::size_t kFieldCount = 18;
 
 }  // namespace
 
+std::string LmLowerCase(const char* text) {
+    std::string lower(text == nullptr ? "" : text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
 std::string LmNameKey(const char* name) {
     std::string key;
     for (const char* c = name == nullptr ? "" : name; *c != '\0'; ++c)
@@ -103,7 +104,7 @@ std::string LmNameKey(const char* name) {
     // ESRI writes D_North_American_1983 and GCS_North_American_1983 for the
     // datum and the CS that the EPSG dataset calls North American Datum 1983
     // and NAD83; the prefixes carry nothing a comparison could use.
-    const std::string lower = _Lower(name);
+    const std::string lower = LmLowerCase(name);
     if (lower.rfind("d_", 0) == 0 && key.size() > 1) key.erase(0, 1);
     else if (lower.rfind("gcs_", 0) == 0 && key.size() > 3) key.erase(0, 3);
     return key;
@@ -121,7 +122,7 @@ std::uint64_t LmTextHash(const char* text) {
 LmEPSGFingerprint ReadFingerprint(const OGRSpatialReference& constSrs) {
     // OGR's getters are not const, though reading changes nothing.
     OGRSpatialReference& srs = const_cast<OGRSpatialReference&>(constSrs);
-    CPLPushErrorHandler(CPLQuietErrorHandler);
+    LmQuietGdalErrors quiet;
     LmEPSGFingerprint print;
     print.kind = srs.IsGeographic() ? 'G' : srs.IsProjected() ? 'P' : 'O';
     print.semiMajor = srs.GetSemiMajor();
@@ -130,9 +131,9 @@ LmEPSGFingerprint ReadFingerprint(const OGRSpatialReference& constSrs) {
     print.primeMeridian = srs.GetPrimeMeridian();
     print.angularUnit = srs.GetAngularUnits();
     print.linearUnit = srs.GetLinearUnits();
-    print.projection = _Lower(srs.GetAttrValue("PROJECTION"));
+    print.projection = LmLowerCase(srs.GetAttrValue("PROJECTION"));
     print.name = _FirstChild(srs.GetRoot());
-    print.rootName = _Lower(print.name.c_str());
+    print.rootName = LmLowerCase(print.name.c_str());
     print.vertical = srs.GetAttrValue("VERT_DATUM") != nullptr;
     print.falseEasting = srs.GetNormProjParm(SRS_PP_FALSE_EASTING, 0.0);
     print.falseNorthing = srs.GetNormProjParm(SRS_PP_FALSE_NORTHING, 0.0);
@@ -141,7 +142,7 @@ LmEPSGFingerprint ReadFingerprint(const OGRSpatialReference& constSrs) {
         const OGR_SRSNode* child = projcs->GetChild(i);
         if (!EQUAL(child->GetValue(), "PARAMETER") || child->GetChildCount() < 2) continue;
         const char* name = _FirstChild(child);
-        std::string lower = _Lower(name);
+        std::string lower = LmLowerCase(name);
         const bool known = std::any_of(print.parameters.begin(), print.parameters.end(),
                                        [&lower](const auto& parameter) { return parameter.first == lower; });
         if (known) continue;
@@ -157,7 +158,6 @@ LmEPSGFingerprint ReadFingerprint(const OGRSpatialReference& constSrs) {
     if (!datum.empty()) print.datumKeys.push_back(datum);
     const std::string name = LmNameKey(_FirstChild(srs.GetRoot()));
     if (!name.empty()) print.nameKeys.push_back(name);
-    CPLPopErrorHandler();
     return print;
 }
 
@@ -210,7 +210,7 @@ bool ParseFingerprint(const std::string& line, LmEPSGFingerprint& print) {
         if (!_ReadNumber(fields[4 + i], *numbers[i])) return false;
     print.projection = fields[10];
     print.name = fields[11];
-    print.rootName = _Lower(print.name.c_str());
+    print.rootName = LmLowerCase(print.name.c_str());
     if (!_ReadNumber(fields[12], print.falseEasting) || !_ReadNumber(fields[13], print.falseNorthing)) return false;
     if (!_ReadValues(fields[14], print.parameters) || !_ReadValues(fields[15], print.normalizedParameters)) return false;
     print.datumKeys = _ReadKeys(fields[16]);

@@ -65,6 +65,9 @@ std::string LmNameKey(const char* name);
 // FNV-1a, to tell whether an index line was computed from the text at hand.
 std::uint64_t LmTextHash(const char* text);
 
+// The text in lower case (ASCII), empty for null.
+std::string LmLowerCase(const char* text);
+
 // One line of EPSG.index, and back. Reading fails on a malformed line.
 std::string FormatFingerprint(const LmEPSGFingerprint& fingerprint);
 bool ParseFingerprint(const std::string& line, LmEPSGFingerprint& fingerprint);

@@ -4,7 +4,6 @@
 #include "spatialreference/ogrsupport.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -23,13 +22,6 @@ constexpr double kGeographicSemiMajorMargin = 0.5;
 constexpr double kGeographicFlatteningMargin = 0.01;
 constexpr double kProjectedSemiMajorMargin = 0.0015;
 constexpr double kProjectedFlatteningMargin = 1.2e-6;
-
-std::string _Lower(const char* text) {
-    std::string lower(text == nullptr ? "" : text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
-}
 
 bool _StartsWith(const char* text, const char* keyword) {
     while (*text == ' ' || *text == '\t') ++text;
@@ -153,11 +145,13 @@ bool LmEPSGMatcher::_Passes(const Probe& probe, const Entry& entry) const {
     const LmEPSGFingerprint& print = _Described(entry).print;
     // Both tests refuse an entry that OGR cannot build, or of the other kind.
     if (!entry.buildable || (print.kind == 'G') != probe.geographic) return false;
-    const auto candidate = [&entry] { return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(entry.text.c_str(), eWKT)); };
-    if (probe.geographic) {
-        LmSmarterPtr<LmSpatialReference> built = candidate();
-        return probe.reference->IsSameParameter(built) || probe.reference->IsSame(built);
-    }
+    // Built at most once per search, and only for a comparison that can pass.
+    LmSmarterPtr<LmSpatialReference> built;
+    const auto candidate = [&entry, &built]() -> LmSpatialReference* {
+        if (!built) built = new LmSpatialReference(entry.text.c_str(), eWKT);
+        return built;
+    };
+    if (probe.geographic) return probe.reference->IsSameParameter(candidate()) || probe.reference->IsSame(candidate());
 
     // IsSameParameter needs the same projection and every parameter of the
     // reference equal in the entry.
@@ -183,9 +177,8 @@ bool LmEPSGMatcher::_Passes(const Probe& probe, const Entry& entry) const {
     if (!_Close(probe.print.falseEasting, print.falseEasting) || !_Close(probe.print.falseNorthing, print.falseNorthing))
         return false;
     if (!_MayBeEquivalent(probe.print.projection, probe.print.normalizedParameters, print)) return false;
-    LmSmarterPtr<LmSpatialReference> built = candidate();
     LmQuietGdalErrors quiet;
-    return const_cast<LmSpatialReference*>(probe.reference)->Handle()->IsSame(built->Handle()) != 0;
+    return const_cast<LmSpatialReference*>(probe.reference)->Handle()->IsSame(candidate()->Handle()) != 0;
 }
 
 LmEPSGMatcher::Match LmEPSGMatcher::_Answer(std::size_t index) const {
@@ -222,7 +215,7 @@ LmEPSGMatcher::Match LmEPSGMatcher::First(const LmSpatialReference* reference) c
             const OGR_SRSNode* child = projcs->GetChild(i);
             if (!EQUAL(child->GetValue(), "PARAMETER") || child->GetChildCount() != 2) continue;
             const char* name = FirstChildValue(child, "");
-            probe.parameters.emplace_back(_Lower(name), srs->GetProjParm(name, 0.0));
+            probe.parameters.emplace_back(LmLowerCase(name), srs->GetProjParm(name, 0.0));
         }
     }
     for (std::size_t i = 0; i < m_entries.size(); ++i)

@@ -119,8 +119,9 @@ int LmSpatialReference::FindEPSG(std::vector<LmEPSGMatch>* candidates) const {
     const bool statedAxes = text.kind == 'P' && (m_strWKT.empty() || _StatesAxes(m_strWKT.c_str()));
     int authority = 0;
     const char* authorityName = m_pSRS->GetAuthorityName(nullptr);
-    if (authorityName != nullptr && EQUAL(authorityName, "EPSG"))
-        authority = std::atoi(m_pSRS->GetAuthorityCode(nullptr) ? m_pSRS->GetAuthorityCode(nullptr) : "0");
+    const char* authorityCode = m_pSRS->GetAuthorityCode(nullptr);
+    if (authorityName != nullptr && authorityCode != nullptr && EQUAL(authorityName, "EPSG"))
+        authority = std::atoi(authorityCode);
 
     std::vector<Candidate> found;
     for (const LmEPSGFingerprint& code : index.Entries()) {
