@@ -1,5 +1,6 @@
-// Coordinate transformations: the interface every transformation implements,
-// and the transformation classes of the library.
+/// @file
+/// Coordinate transformations: the interface every transformation implements,
+/// and the transformation classes of the library.
 #ifndef LMSPATIALREFERENCE_COORDINATETRANSFORMATION_H
 #define LMSPATIALREFERENCE_COORDINATETRANSFORMATION_H
 

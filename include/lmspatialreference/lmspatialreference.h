@@ -1,4 +1,5 @@
-// Everything liblmspatialreference offers, in one include.
+/// @file
+/// Everything liblmspatialreference offers, in one include.
 #ifndef LMSPATIALREFERENCE_LMSPATIALREFERENCE_H
 #define LMSPATIALREFERENCE_LMSPATIALREFERENCE_H
 

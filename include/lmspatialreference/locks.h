@@ -1,4 +1,5 @@
-// Reader/writer locks, their scoped guard, and containers joined with a lock.
+/// @file
+/// Reader/writer locks, their scoped guard, and containers joined with a lock.
 #ifndef LMSPATIALREFERENCE_LOCKS_H
 #define LMSPATIALREFERENCE_LOCKS_H
 
@@ -9,7 +10,7 @@
 namespace Lumora {
 namespace Utility {
 
-// A reader/writer lock: many readers or one writer. Not recursive.
+/// A reader/writer lock: many readers or one writer. Not recursive.
 class LM_API LmRWLock {
 public:
     LmRWLock() = default;
@@ -17,21 +18,25 @@ public:
     LmRWLock& operator=(const LmRWLock&) = delete;
     ~LmRWLock() = default;
 
-    // Exclusive (writer) and shared (reader) locking; each Lock or ReadLock
-    // is paired with its Unlock by the same thread.
+    // Each Lock or ReadLock is paired with its unlock by the same thread.
+
+    /// Takes the lock exclusively (writer), waiting for every holder to leave.
     void Lock() { m_mutex.lock(); }
+    /// Releases an exclusive hold taken with Lock.
     void Unlock() { m_mutex.unlock(); }
+    /// Takes the lock shared (reader), waiting while a writer holds it.
     void ReadLock() { m_mutex.lock_shared(); }
+    /// Releases a shared hold taken with ReadLock.
     void ReadUnlock() { m_mutex.unlock_shared(); }
 
 private:
     std::shared_mutex m_mutex;
 };
 
-// Scoped guard: shared when read is true (lookups), exclusive otherwise.
+/// Scoped guard: shared when read is true (lookups), exclusive otherwise.
 class LM_API LmAutoLocker {
 public:
-    // Takes the lock at once; the destructor releases it.
+    /// Takes the lock at once; the destructor releases it.
     LmAutoLocker(LmRWLock& lock, bool read) : m_lock(lock), m_read(read) {
         if (m_read) m_lock.ReadLock();
         else m_lock.Lock();
@@ -48,7 +53,7 @@ private:
     bool m_read;
 };
 
-// A container joined with its lock: the object is used directly as both.
+/// A container joined with its lock: the object is used directly as both.
 template <class C, class L = LmRWLock>
 class LM_API LmSafeObject : public C, public L {
 public:

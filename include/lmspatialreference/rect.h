@@ -1,4 +1,5 @@
-// A device rectangle.
+/// @file
+/// A device rectangle.
 #ifndef LMSPATIALREFERENCE_RECT_H
 #define LMSPATIALREFERENCE_RECT_H
 
@@ -9,13 +10,15 @@
 namespace Lumora {
 namespace Utility {
 
-// Four 32-bit integers in the order left, right, top, bottom (device units).
+/// Four 32-bit integers in the order left, right, top, bottom (device units).
 struct LM_API LmRect {
-    // The edges, in device units; 0 until set.
+    ///@{
+    /// The edges, in device units; 0 until set.
     std::int32_t left = 0;
     std::int32_t right = 0;
     std::int32_t top = 0;
     std::int32_t bottom = 0;
+    ///@}
 };
 
 }  // namespace Utility

@@ -1,4 +1,5 @@
-// The units of measure a spatial reference reports.
+/// @file
+/// The units of measure a spatial reference reports.
 #ifndef LMSPATIALREFERENCE_UNITS_H
 #define LMSPATIALREFERENCE_UNITS_H
 
@@ -8,7 +9,7 @@
 namespace Lumora {
 namespace Kernel {
 
-// Units of measure, by their EPSG unit-of-measure codes.
+/// Units of measure, by their EPSG unit-of-measure codes.
 enum LmUnits : int {
     eMeter = 9001,
     eDegree = 9102,
@@ -24,10 +25,10 @@ enum LmUnits : int {
 
 namespace Utility {
 
-// The unit name table: the names that appear in definitions ("Meter",
-// "Degree", "Kilometer", "Centimeter", "Millimeter", "Inch", "Inch_US_Surveyor",
-// "Inch_International") and the enumerator names ("eMeter" ... "eInch"). It is
-// filled on its first use, so it is never seen empty.
+/// The unit name table: the names that appear in definitions ("Meter",
+/// "Degree", "Kilometer", "Centimeter", "Millimeter", "Inch", "Inch_US_Surveyor",
+/// "Inch_International") and the enumerator names ("eMeter" ... "eInch"). It is
+/// filled on its first use, so it is never seen empty.
 template <>
 LM_API LmEnumType<Kernel::LmUnits>& LmEnumType<Kernel::LmUnits>::Instance();
 

@@ -1,6 +1,7 @@
-// The utility layer (liblmutility): reference counting, the intrusive smart
-// pointer, strings, reader/writer locks, the process-wide configuration tree,
-// file-system objects, string and C-runtime helpers, and small numeric helpers.
+/// @file
+/// The utility layer (liblmutility): reference counting, the intrusive smart
+/// pointer, strings, reader/writer locks, the process-wide configuration tree,
+/// file-system objects, string and C-runtime helpers, and small numeric helpers.
 #ifndef LMSPATIALREFERENCE_UTILITY_H
 #define LMSPATIALREFERENCE_UTILITY_H
 
