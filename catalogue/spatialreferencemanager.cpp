@@ -1,6 +1,7 @@
 #include <lmspatialreference/spatialreferencemanager.h>
 
 #include "catalogue/linereader.h"
+#include "internal/datapaths.h"
 
 namespace Lumora {
 namespace Kernel {
@@ -8,30 +9,11 @@ namespace Kernel {
 using Utility::LmCRT;
 using Utility::LmDir;
 using Utility::LmFile;
-using Utility::LmFileSystem;
-using Utility::LmGlobeConfig;
-using Utility::LmStringHelp;
-
-LmString MakeSpecialFolder(const char* configKey, const char* defaultPath) {
-    LmString folder = LmGlobeConfig::Instance()[configKey == nullptr ? "" : configKey].StringValue(defaultPath);
-    if (!LmFileSystem::IsPathRooted(folder.c_str()))
-        folder = LmFileSystem::Combine(LmFileSystem::WorkingFolder().c_str(), folder.c_str());
-    if (!LmDir(folder.c_str()).Exists()) return LmString();
-    return folder;
-}
 
 LmSpatialReferenceManager::LmSpatialReferenceCategory::~LmSpatialReferenceCategory() = default;
 
-LmSpatialReferenceManager::LmSpatialReferenceManager(const char* dataFolder) {
-    LmString folder = LmStringHelp::ToString(dataFolder);
-    if (!folder.empty() && !LmDir(folder.c_str()).Exists()) folder.clear();
-    if (folder.empty()) folder = MakeSpecialFolder("Kernel/SpatialReference/DataFolder", "../data/coordinatesystem");
-    // The historical spelling of the key and its folder name are still honoured.
-    if (folder.empty()) folder = MakeSpecialFolder("Kernel/SpatialRererence/DataFolder", "../data/Coordinate System");
-    // A full path, so that the answer does not change with the working folder.
-    if (!folder.empty()) folder = LmDir(folder.c_str()).FullPath();
-    m_strDataFolder = folder;
-}
+LmSpatialReferenceManager::LmSpatialReferenceManager(const char* dataFolder)
+    : m_strDataFolder(LmDataFolder(dataFolder)) {}
 
 LmSpatialReferenceManager::~LmSpatialReferenceManager() {
     for (LmSpatialReferenceCategory* category : m_categories) delete category;
@@ -67,6 +49,8 @@ LmSpatialReferenceCategoryImp::LmSpatialReferenceCategoryImp(const char* filePat
 LmSpatialReferenceCategoryImp::~LmSpatialReferenceCategoryImp() = default;
 
 LmString LmSpatialReferenceCategoryImp::Name() { return m_file.Name(false); }
+
+LmString LmSpatialReferenceCategoryImp::Path() const { return m_file.Path(); }
 
 int LmSpatialReferenceCategoryImp::Count() {
     if (!m_entries.empty()) return static_cast<int>(m_entries.size());

@@ -6,6 +6,7 @@
 // GDAL the library runs on.
 #include <lmspatialreference/spatialreference.h>
 
+#include "catalogue/linereader.h"
 #include "datagen/epsgindex.h"
 
 #include <cpl_error.h>
@@ -19,12 +20,11 @@
 #include <utility>
 #include <vector>
 
+using Lumora::Kernel::kLongestDataLine;
 using Lumora::Kernel::LmSpatialReference;
 using Lumora::Kernel::LmWellKnownSpatialReference;
 
 namespace {
-
-constexpr std::size_t kLongestLine = 10239;
 
 
 // GDAL's one-line WKT of a code, in its own form or ESRI's; empty when GDAL
@@ -37,7 +37,7 @@ std::string ExportCode(int code, bool esri) {
     const OGRErr error = esri ? srs.exportToWkt(&text, esriOptions) : srs.exportToWkt(&text);
     std::string wkt = error == OGRERR_NONE && text != nullptr ? text : "";
     CPLFree(text);
-    if (wkt.size() > kLongestLine || wkt.find('\n') != std::string::npos) return "";
+    if (wkt.size() > kLongestDataLine || wkt.find('\n') != std::string::npos) return "";
     return wkt;
 }
 

@@ -1,35 +1,13 @@
 #include <lmspatialreference/spatialreference.h>
 
+#include "internal/datapaths.h"
 #include "spatialreference/epsgcache.h"
 #include "spatialreference/ogrsupport.h"
-
-#include <cstdlib>
-#include <cstring>
-#include <mutex>
 
 namespace Lumora {
 namespace Kernel {
 
 using Utility::LmAutoLocker;
-using Utility::LmGlobeConfig;
-
-namespace {
-
-// Points GDAL at the data folder configured for the library when the
-// environment names none, before OGR's own EPSG support is used.
-void _ProvideGdalData() {
-    static std::mutex mutex;
-    std::lock_guard<std::mutex> lock(mutex);
-    if (std::getenv("GDAL_DATA") != nullptr) return;
-    const LmString folder = LmGlobeConfig::Instance()["Kernel/SpatialReference/GDAL_DATA"].StringValue("");
-    if (folder.empty()) return;
-    // putenv keeps the string itself, so it must live as long as the process.
-    const LmString assignment = "GDAL_DATA=" + folder;
-    putenv(strdup(assignment.c_str()));
-    CPLSetConfigOption("GDAL_DATA", folder.c_str());
-}
-
-}  // namespace
 
 LmSpatialReference::LmSpatialReference(int epsg) : m_pSRS(nullptr) {
     // Without the table no reference is built from a code, not even by OGR.
@@ -49,7 +27,7 @@ LmSpatialReference::LmSpatialReference(int epsg) : m_pSRS(nullptr) {
         _Adopt(OGRSpatialReference::FromHandle(OSRNewSpatialReference(text.c_str())));
         return;
     }
-    _ProvideGdalData();
+    LmProvideGdalData();
     OGRSpatialReference* srs = new OGRSpatialReference();
     if (srs->importFromEPSG(epsg) != OGRERR_NONE) {
         OGRSpatialReference::DestroySpatialReference(srs);

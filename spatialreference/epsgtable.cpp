@@ -1,8 +1,7 @@
 #include "spatialreference/epsgcache.h"
 
-#include <lmspatialreference/spatialreferencemanager.h>
-
 #include "catalogue/linereader.h"
+#include "internal/datapaths.h"
 #include "spatialreference/epsgmatcher.h"
 
 #include <fstream>
@@ -15,22 +14,12 @@ namespace Lumora {
 namespace Kernel {
 
 using Utility::LmAutoLocker;
-using Utility::LmCRT;
-using Utility::LmDir;
-using Utility::LmFile;
 using Utility::LmFileSystem;
-using Utility::LmGlobeConfig;
 
 LmEPSGTable g_EPSGCache;
 LmRecentEPSGTable g_RecentCache;
 
 namespace {
-
-LmString _LibraryFolder() {
-    const LmString module = LmFileSystem::ModuleFileName();
-    if (module.empty()) return LmFileSystem::WorkingFolder();
-    return LmFile(module.c_str()).Parent().FullPath();
-}
 
 // The table, prepared for searching once it is loaded; it never changes after.
 std::once_flag g_tableMatcherOnce;
@@ -49,17 +38,7 @@ struct AliasMatcher {
 AliasMatcher g_aliasMatcher;
 
 std::shared_ptr<LmEPSGMatcher> _AliasMatcher() {
-    LmSpatialReferenceManager catalogue(nullptr);
-    const LmDir folder(catalogue.DataFolder().c_str());
-    if (!folder.Exists()) return nullptr;
-    // The first category named EPSG_Alias, in the catalogue's order.
-    LmString path;
-    for (const LmFile& file : folder.Files("*.txt")) {
-        if (LmCRT::_stricmp(file.Name(false).c_str(), "EPSG_Alias") == 0) {
-            path = file.FullPath();
-            break;
-        }
-    }
+    const LmString path = LmAliasCategoryPath();
     if (path.empty()) return nullptr;
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) return nullptr;
@@ -82,28 +61,6 @@ std::shared_ptr<LmEPSGMatcher> _AliasMatcher() {
 }
 
 }  // namespace
-
-LmString MakeEPSGFile() {
-    const LmString base = _LibraryFolder();
-    const LmString configured = LmGlobeConfig::Instance()["Kernel/SpatialReference/EPSG"].StringValue("");
-    if (!configured.empty()) {
-        if (LmFileSystem::IsPathRooted(configured.c_str())) return configured;
-        return LmFileSystem::Combine(base.c_str(), configured.c_str());
-    }
-    LmString folder = LmSpatialReferenceManager(nullptr).DataFolder();
-    if (!folder.empty()) {
-        if (!LmFileSystem::IsPathRooted(folder.c_str())) folder = LmFileSystem::Combine(base.c_str(), folder.c_str());
-        return LmFileSystem::Combine(folder.c_str(), "EPSG.txt");
-    }
-    const LmString candidate = LmFileSystem::Combine(base.c_str(), "../data/coordinatesystem/EPSG.txt");
-    if (LmFileSystem::Exists(candidate.c_str())) return candidate;
-    return LmFileSystem::Combine(base.c_str(), "../data/Coordinate System/EPSG.txt");
-}
-
-LmString MakeEPSGIndexFile() {
-    const LmString table = MakeEPSGFile();
-    return LmFileSystem::Combine(LmFile(table.c_str()).Parent().FullPath().c_str(), "EPSG.index");
-}
 
 bool LoadEPSG() {
     static bool bLoad = false;

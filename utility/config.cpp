@@ -26,12 +26,8 @@ class LmConfigTree {
 public:
     bool Lookup(const std::vector<std::string>& path, std::string& value) {
         std::shared_lock<std::shared_mutex> lock(m_mutex);
-        const Node* node = &m_root;
-        for (const std::string& name : path) {
-            auto child = node->children.find(name);
-            if (child == node->children.end()) return false;
-            node = child->second.get();
-        }
+        const Node* node = _Find(path);
+        if (node == nullptr) return false;
         value = node->value;
         return true;
     }
@@ -39,6 +35,12 @@ public:
     void Set(const std::vector<std::string>& path, const std::string& value) {
         std::unique_lock<std::shared_mutex> lock(m_mutex);
         _Make(path).value = value;
+    }
+
+    // Sets a value only where the path holds none, in one step.
+    void SetIfAbsent(const std::vector<std::string>& path, const std::string& value) {
+        std::unique_lock<std::shared_mutex> lock(m_mutex);
+        if (_Find(path) == nullptr) _Make(path).value = value;
     }
 
     void Clear(const std::vector<std::string>& path) {
@@ -71,6 +73,16 @@ private:
         std::string value;
         std::map<std::string, std::unique_ptr<Node>> children;
     };
+
+    const Node* _Find(const std::vector<std::string>& path) const {
+        const Node* node = &m_root;
+        for (const std::string& name : path) {
+            auto child = node->children.find(name);
+            if (child == node->children.end()) return nullptr;
+            node = child->second.get();
+        }
+        return node;
+    }
 
     Node& _Make(const std::vector<std::string>& path) {
         Node* node = &m_root;
@@ -124,22 +136,28 @@ bool LmConfig::BoolValue(bool defaultValue) const {
 
 namespace {
 
+// Values that libraries built on this one give their keys, kept until the
+// tree is made so that a configuration file read then still overrides them.
+struct PendingDefaults {
+    std::mutex mutex;
+    bool treeMade = false;
+    std::vector<std::pair<std::vector<std::string>, std::string>> values;
+};
+
+PendingDefaults& _PendingDefaults() {
+    static PendingDefaults pending;
+    return pending;
+}
+
 std::shared_ptr<LmConfigTree> _GlobalTree() {
     static const std::shared_ptr<LmConfigTree> tree = [] {
         auto fresh = std::make_shared<LmConfigTree>();
-        // The catalogue's relative default only works from one working
-        // folder, so the data folder found from the library's own folder is
-        // the built-in value: where the install put it, else beside lib/ as
-        // in the build tree. A file or a Set overrides it, a Clear drops it.
-        const LmString module = LmFileSystem::ModuleFileName();
-        if (!module.empty()) {
-            const LmString libraryFolder = LmFile(module.c_str()).Parent().FullPath();
-            for (const char* relative : {LM_INSTALLED_DATA_FOLDER, "../data/coordinatesystem"}) {
-                const LmDir folder(LmFileSystem::Combine(libraryFolder.c_str(), relative).c_str());
-                if (!folder.Exists()) continue;
-                fresh->Set({"Kernel", "SpatialReference", "DataFolder"}, folder.FullPath());
-                break;
-            }
+        {
+            PendingDefaults& pending = _PendingDefaults();
+            std::lock_guard<std::mutex> lock(pending.mutex);
+            for (const auto& value : pending.values) fresh->Set(value.first, value.second);
+            pending.values.clear();
+            pending.treeMade = true;
         }
         if (const char* file = std::getenv("LUMORA_CONFIG")) fresh->Load(file);
         return fresh;
@@ -158,6 +176,19 @@ void LmGlobeConfig::Set(const char* path, const char* value) {
 }
 
 void LmGlobeConfig::Clear(const char* path) { _GlobalTree()->Clear(_SplitPath(path)); }
+
+void LmGlobeConfig::SetDefault(const char* path, const char* value) {
+    std::vector<std::string> names = _SplitPath(path);
+    {
+        PendingDefaults& pending = _PendingDefaults();
+        std::lock_guard<std::mutex> lock(pending.mutex);
+        if (!pending.treeMade) {
+            pending.values.emplace_back(std::move(names), value ? value : "");
+            return;
+        }
+    }
+    _GlobalTree()->SetIfAbsent(names, value ? value : "");
+}
 
 }  // namespace Utility
 }  // namespace Lumora

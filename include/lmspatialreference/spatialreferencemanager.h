@@ -93,6 +93,8 @@ public:
     /// A new reference read from entry i's WKT and named after the entry,
     /// owned by the returned pointer; an empty pointer when i is out of range.
     LmSmarterPtr<LmSpatialReference> SpatialReference(int i) override;
+    // The category file's path, as given to the constructor.
+    LmString Path() const;
 
 private:
     std::vector<std::pair<LmString, LmString>> m_entries;

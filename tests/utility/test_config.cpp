@@ -95,15 +95,28 @@ TEST_F(ConfigTest, UnreadableOrMalformedFilesAreRefusedWithoutChanges) {
     EXPECT_EQ(LmGlobeConfig::Instance()["Kernel/EPSG"].StringValue("none"), "none");
 }
 
-TEST(ConfigEnvironment, TheFileNamedByLumoraConfigIsLoadedOnFirstUse) {
+TEST_F(ConfigTest, ADefaultFillsOnlyAnAbsentKey) {
+    LmGlobeConfig::Set("Kernel/SpatialReference/EPSG", "/given");
+    LmGlobeConfig::SetDefault("Kernel/SpatialReference/EPSG", "/built-in");
+    LmGlobeConfig::SetDefault("Kernel/SpatialReference/GDAL_DATA", "/built-in");
+    const LmConfig root = LmGlobeConfig::Instance();
+    EXPECT_EQ(root["Kernel/SpatialReference/EPSG"].StringValue(""), "/given");
+    EXPECT_EQ(root["Kernel/SpatialReference/GDAL_DATA"].StringValue(""), "/built-in");
+}
+
+TEST(ConfigEnvironment, TheFileNamedByLumoraConfigIsLoadedOnFirstUseOverDefaults) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");  // a fresh process: the tree is not built yet
     const std::string path = WriteFile("lm_env_config.xml", "<C><Kernel><SpatialReference><EPSG>from-env</EPSG>"
                                                             "</SpatialReference></Kernel></C>");
     EXPECT_EXIT(
         {
             setenv("LUMORA_CONFIG", path.c_str(), 1);
-            const bool loaded =
-                LmGlobeConfig::Instance()["Kernel/SpatialReference/EPSG"].StringValue("") == "from-env";
+            // Defaults given before the first use wait for the tree, and the file overrides them.
+            LmGlobeConfig::SetDefault("Kernel/SpatialReference/EPSG", "default");
+            LmGlobeConfig::SetDefault("Kernel/SpatialReference/GDAL_DATA", "default");
+            const LmConfig root = LmGlobeConfig::Instance();
+            const bool loaded = root["Kernel/SpatialReference/EPSG"].StringValue("") == "from-env" &&
+                                root["Kernel/SpatialReference/GDAL_DATA"].StringValue("") == "default";
             std::_Exit(loaded ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
