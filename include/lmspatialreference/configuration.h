@@ -55,11 +55,11 @@ public:
     /// Removes the node at a path with everything below it; an empty path
     /// clears the whole tree.
     static void Clear(const char* path);
-    // Gives a key the value it holds until a configuration file or a Set
-    // replaces it or a Clear drops it: a library built on this one names its
-    // built-in values this way. Before the tree is first used the value waits
-    // and is applied ahead of the LUMORA_CONFIG file; afterwards it is set
-    // only when the key is absent.
+    /// Gives a key the value it holds until a configuration file or a Set
+    /// replaces it or a Clear drops it: a library built on this one names its
+    /// built-in values this way. Before the tree is first used the value waits
+    /// and is applied ahead of the LUMORA_CONFIG file; afterwards it is set
+    /// only when the key is absent.
     static void SetDefault(const char* path, const char* value);
 };
 

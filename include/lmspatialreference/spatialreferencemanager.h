@@ -93,7 +93,7 @@ public:
     /// A new reference read from entry i's WKT and named after the entry,
     /// owned by the returned pointer; an empty pointer when i is out of range.
     LmSmarterPtr<LmSpatialReference> SpatialReference(int i) override;
-    // The category file's path, as given to the constructor.
+    /// The category file's path, as given to the constructor.
     LmString Path() const;
 
 private:
