@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs every benchmark of the library and prints the performance table of the
-README: each library path against its baseline (GDAL's own batch call, a plain
+"""Runs every benchmark of the library and prints the performance table of
+docs/performance.md: each library path against its baseline (GDAL's own batch call, a plain
 loop over the same formula), serial and parallel, as ratios measured in one run.
 
 Usage: bench/performance_table.py [--bin build/bin] [--repetitions 5]
