@@ -1,6 +1,6 @@
 #include <lmspatialreference/spatialreferencemanager.h>
 
-#include "catalogue/linereader.h"
+#include "internal/linereader.h"
 #include "internal/datapaths.h"
 
 namespace Lumora {

@@ -1,7 +1,7 @@
 #include "coordinatetransformation/blockprojection.h"
 
-#include "coordinatetransformation/parallelbatch.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/parallelbatch.h"
+#include "internal/ogrsupport.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -5,7 +5,7 @@
 #include <lmspatialreference/geodesics.h>
 
 #include "coordinatetransformation/chinaoffsetformula.h"
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 #include <cmath>
 #include <cstddef>

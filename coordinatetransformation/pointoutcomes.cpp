@@ -1,6 +1,6 @@
 #include <lmspatialreference/pointoutcomes.h>
 
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 #include <algorithm>
 

@@ -6,8 +6,8 @@
 // GDAL the library runs on.
 #include <lmspatialreference/spatialreference.h>
 
-#include "catalogue/linereader.h"
-#include "datagen/epsgindex.h"
+#include "internal/linereader.h"
+#include "datagen/epsgindexwriter.h"
 
 #include <cpl_error.h>
 #include <ogr_spatialref.h>

@@ -3,7 +3,7 @@
 #include <lmspatialreference/fitting.h>
 
 #include "fitting/matrixkitsteps.h"
-#include "scratchblock.h"
+#include "internal/scratchblock.h"
 
 #include <cmath>
 #include <cstddef>

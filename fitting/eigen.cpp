@@ -2,7 +2,7 @@
 // largest off-diagonal element found through per-row and per-column maxima.
 #include <lmspatialreference/fitting.h>
 
-#include "scratchblock.h"
+#include "internal/scratchblock.h"
 
 #include <cmath>
 #include <cstddef>

@@ -7,7 +7,7 @@
 
 #include <lmspatialreference/spatialreference.h>
 
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 namespace Lumora {
 namespace Kernel {

@@ -4,7 +4,7 @@
 #include <lmspatialreference/fitting.h>
 
 #include "fitting/matrixkitsteps.h"
-#include "scratchblock.h"
+#include "internal/scratchblock.h"
 
 #include <cfloat>
 #include <cstddef>

@@ -1,6 +1,6 @@
 // Reads untrusted bytes as the EPSG table, as LoadEPSG does, and searches what
 // was read for a geographic and a projected reference, as EPSG() does.
-#include "catalogue/linereader.h"
+#include "internal/linereader.h"
 #include "spatialreference/epsgmatcher.h"
 
 #include <cstddef>

@@ -3,7 +3,7 @@
 // with FindEPSG, or the lines of an EPSG.index file.
 #include <lmspatialreference/spatialreference.h>
 
-#include "spatialreference/epsgindex.h"
+#include "internal/epsgindex.h"
 
 #include <cstdint>
 #include <sstream>

@@ -3,7 +3,7 @@
 #include <lmspatialreference/geodesics.h>
 #include <lmspatialreference/spatialreference.h>
 
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
-#include "spatialreference/epsgfingerprint.h"
+#include "internal/epsgfingerprint.h"
 
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 #include <ogr_spatialref.h>
 #include <ogr_srs_api.h>

@@ -1,8 +1,8 @@
-#include "spatialreference/epsgindex.h"
+#include "internal/epsgindex.h"
 
 #include <lmspatialreference/epsg.h>
 
-#include "catalogue/linereader.h"
+#include "internal/linereader.h"
 
 #include <fstream>
 

@@ -1,7 +1,7 @@
 #include "spatialreference/epsgmatcher.h"
 
-#include "spatialreference/epsgindex.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/epsgindex.h"
+#include "internal/ogrsupport.h"
 
 #include <algorithm>
 #include <cmath>

@@ -10,7 +10,7 @@
 
 #include <lmspatialreference/spatialreference.h>
 
-#include "spatialreference/epsgfingerprint.h"
+#include "internal/epsgfingerprint.h"
 
 #include <deque>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 #include <proj.h>
 

@@ -1,7 +1,7 @@
 #include <lmspatialreference/spatialreference.h>
 #include <lmspatialreference/legacyparameters.h>
 
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 #include <iostream>
 #include <string>

@@ -1,7 +1,7 @@
 #include <lmspatialreference/spatialreference.h>
 
 #include "spatialreference/ogrcompare.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 namespace Lumora {
 namespace Kernel {

@@ -4,7 +4,7 @@
 // reference is described by empty records: every code -1, every text empty.
 #include <lmspatialreference/spatialreference.h>
 
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 namespace Lumora {
 namespace Kernel {

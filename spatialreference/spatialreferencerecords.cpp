@@ -2,7 +2,7 @@
 // of the behaviour: every lookup answers its first match.
 #include <lmspatialreference/spatialreferencerecords.h>
 
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 #include <climits>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include <lmspatialreference/spatialreference.h>
 
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 namespace Lumora {
 namespace Kernel {

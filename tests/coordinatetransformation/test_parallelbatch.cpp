@@ -1,6 +1,6 @@
 // The division of a batch among threads. What the blocks do to points is
 // checked through the transformations (test_batches.cpp).
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 #include "tests/teamsize.h"
 

@@ -1,6 +1,6 @@
 #include <lmspatialreference/coordinatetransformation.h>
 
-#include "coordinatetransformation/xymapsteps.h"
+#include "coordinatetransformation/iterativeinversesteps.h"
 
 #include <gtest/gtest.h>
 

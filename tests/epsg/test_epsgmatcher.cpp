@@ -2,8 +2,8 @@
 // table: building each entry and testing IsSame, then IsSameParameter.
 #include "spatialreference/epsgmatcher.h"
 
-#include "catalogue/linereader.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/linereader.h"
+#include "internal/ogrsupport.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 // generated table exported the two ways files usually hold one.
 #include <lmspatialreference/epsg.h>
 
-#include "catalogue/linereader.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/linereader.h"
+#include "internal/ogrsupport.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "spatialreference/epsgcache.h"
 
-#include "catalogue/linereader.h"
+#include "internal/linereader.h"
 #include "internal/datapaths.h"
 #include "spatialreference/epsgmatcher.h"
 

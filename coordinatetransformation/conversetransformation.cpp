@@ -1,6 +1,6 @@
 #include <lmspatialreference/coordinatetransformation.h>
 
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 namespace Lumora {
 namespace Kernel {

@@ -1,6 +1,6 @@
 #include <lmspatialreference/legacyparameters.h>
 
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 #include <vector>
 

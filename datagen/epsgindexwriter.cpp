@@ -1,8 +1,8 @@
-#include "datagen/epsgindex.h"
+#include "datagen/epsgindexwriter.h"
 
 #include <lmspatialreference/spatialreference.h>
 
-#include "spatialreference/epsgfingerprint.h"
+#include "internal/epsgfingerprint.h"
 
 #include <cpl_conv.h>
 #include <ogr_spatialref.h>

@@ -3,7 +3,7 @@
 #ifndef LMSPATIALREFERENCE_EPSGINDEX_H
 #define LMSPATIALREFERENCE_EPSGINDEX_H
 
-#include "spatialreference/epsgfingerprint.h"
+#include "internal/epsgfingerprint.h"
 
 #include <istream>
 #include <unordered_map>

@@ -1,7 +1,7 @@
 // Writes EPSG.index, the fingerprints by which the library compares a
 // reference with EPSG codes before it builds any of them.
-#ifndef LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H
-#define LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H
+#ifndef LMSPATIALREFERENCE_DATAGEN_EPSGINDEXWRITER_H
+#define LMSPATIALREFERENCE_DATAGEN_EPSGINDEXWRITER_H
 
 #include <string>
 #include <utility>
@@ -13,4 +13,4 @@
 using Records = std::vector<std::pair<std::string, std::string>>;
 bool WriteEPSGIndex(const std::string& path, const Records& table, const Records& aliases);
 
-#endif  // LMSPATIALREFERENCE_DATAGEN_EPSGINDEX_H
+#endif  // LMSPATIALREFERENCE_DATAGEN_EPSGINDEXWRITER_H

@@ -1,8 +1,8 @@
 #include <lmspatialreference/coordinatetransformation.h>
 
 #include "coordinatetransformation/blockprojection.h"
-#include "coordinatetransformation/parallelbatch.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/parallelbatch.h"
+#include "internal/ogrsupport.h"
 
 #include <mutex>
 

@@ -1,7 +1,7 @@
 #include <lmspatialreference/spatialreference.h>
 
-#include "spatialreference/epsgindex.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/epsgindex.h"
+#include "internal/ogrsupport.h"
 
 #include <algorithm>
 #include <cmath>

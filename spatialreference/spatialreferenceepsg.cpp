@@ -2,7 +2,7 @@
 
 #include "internal/datapaths.h"
 #include "spatialreference/epsgcache.h"
-#include "spatialreference/ogrsupport.h"
+#include "internal/ogrsupport.h"
 
 namespace Lumora {
 namespace Kernel {

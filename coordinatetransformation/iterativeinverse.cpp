@@ -2,7 +2,7 @@
 // working vectors live on the stack, which bounds the size of a point.
 #include <lmspatialreference/coordinatetransformation.h>
 
-#include "coordinatetransformation/xymapsteps.h"
+#include "coordinatetransformation/iterativeinversesteps.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #include <lmspatialreference/coordinatetransformation.h>
 #include <lmspatialreference/fitting.h>
 
-#include "coordinatetransformation/parallelbatch.h"
+#include "internal/parallelbatch.h"
 
 #include <cfloat>
 #include <cmath>
