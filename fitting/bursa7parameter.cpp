@@ -6,6 +6,7 @@
 #include <lmspatialreference/mymatrix.h>
 
 #include "fitting/estimationsupport.h"
+#include "fitting/publishedunits.h"
 
 #include <cmath>
 #include <cstddef>
@@ -15,8 +16,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-const double _pi = 3.141592653589793;
 
 struct _Bursa7Normal {
     MyMatrix N{7, 7};
@@ -75,8 +74,8 @@ void _Bursa7Solve(int count, int dim, const double* src, const double* dst, _Bur
     parameters[0] = dX;
     parameters[1] = dY;
     parameters[2] = dZ;
-    for (int p = 3; p < 6; ++p) parameters[p] = v[p] * 3600.0 * 180.0 / _pi;
-    parameters[6] = m * 1000000.0;
+    for (int p = 3; p < 6; ++p) parameters[p] = _SecondsFromRadians(v[p], _truePi);
+    parameters[6] = m * _partsPerMillion;
 }
 
 // Both point sets in geocentric coordinates (at least count * 3 doubles
@@ -99,10 +98,10 @@ LmBursa7ParameterGeocentricCoordinateTransformation::LmBursa7ParameterGeocentric
         m_dX = parameters[0];
         m_dY = parameters[1];
         m_dZ = parameters[2];
-        m_ex = parameters[3] / 3600.0 * _pi / 180.0;
-        m_ey = parameters[4] / 3600.0 * _pi / 180.0;
-        m_ez = parameters[5] / 3600.0 * _pi / 180.0;
-        m_m = parameters[6] / 1000000.0;
+        m_ex = _RadiansFromSeconds(parameters[3], _truePi);
+        m_ey = _RadiansFromSeconds(parameters[4], _truePi);
+        m_ez = _RadiansFromSeconds(parameters[5], _truePi);
+        m_m = parameters[6] / _partsPerMillion;
     }
     const double s = 1.0 + m_m;
     const double matrix[9] = {s, m_ez * s, -m_ey * s, -m_ez * s, s, m_ex * s, m_ey * s, -m_ex * s, s};

@@ -6,6 +6,7 @@
 #include <lmspatialreference/fittingmodels.h>
 
 #include "fitting/estimationsupport.h"
+#include "fitting/publishedunits.h"
 
 #include <cmath>
 #include <cstddef>
@@ -127,16 +128,16 @@ void _SolveCube4(const double* N, int count, double* params, double& meanError) 
     double u[5] = {1.0, 0.0, 0.0, 0.0, 0.0};
     meanError = _RootMeanSquareOfMinimum(mat_min2(5, N, u), count);
     for (int k = 0; k < 4; ++k) params[k] = u[k + 1];
-    // Published through this value of pi, as every four-parameter angle.
-    params[3] *= 3600.0 * 180.0 / 3.1415926535897833;
+    // Published through the kept pi, as every four-parameter angle.
+    params[3] *= _SecondsPerRadian(_keptPi);
 }
 
 void _SolveMolodensky(const double* N, int count, double* params, double& meanError) {
     double u[8] = {1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
     meanError = _RootMeanSquareOfMinimum(mat_min2(8, N, u), count);
     for (int k = 0; k < 7; ++k) params[k] = u[k + 1];
-    for (int k = 3; k < 6; ++k) params[k] *= 3600.0 * 180.0 / 3.141592653589793;
-    params[6] = (params[6] - 1.0) * 1000000.0;
+    for (int k = 3; k < 6; ++k) params[k] *= _SecondsPerRadian(_truePi);
+    params[6] = (params[6] - 1.0) * _partsPerMillion;
 }
 
 }  // namespace

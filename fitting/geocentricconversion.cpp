@@ -1,6 +1,7 @@
 #include <lmspatialreference/geocentricconversion.h>
 
 #include "fitting/estimationsupport.h"
+#include "fitting/publishedunits.h"
 
 #include <cmath>
 #include <cstddef>
@@ -9,8 +10,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-const double _pi = 3.141592653589793;
 
 // The iteration converges in a handful of steps for every finite point off
 // the polar axis; the cap only stops inputs that never settle.
@@ -34,8 +33,8 @@ bool LmGeodeticToGeocentricCoordinateTransformation::Transformation(double* x, d
     const double e2 = 2.0 * m_f - m_f * m_f;
     _ForEachPoint(count, [=](int i) {
         const std::ptrdiff_t k = PointIndex(i, step);
-        const double L = x[k] * _pi / 180.0;
-        const double B = y[k] * _pi / 180.0;
+        const double L = x[k] * _truePi / 180.0;
+        const double B = y[k] * _truePi / 180.0;
         const double h = z != nullptr ? z[k] : 0.0;
         const double sinB = std::sin(B);
         const double N = a / std::sqrt(1.0 - e2 * sinB * sinB);
@@ -85,9 +84,9 @@ bool LmGeocentricToGeodeticCoordinateTransformation::Transformation(double* x, d
         }
         if (!settled) return;  // left as it was
         double lambda = std::atan(Y / X);
-        if (lambda < 0.0) lambda = -lambda * 180.0 / _pi;
+        if (lambda < 0.0) lambda = -lambda * 180.0 / _truePi;
         x[k] = 180.0 - lambda;
-        y[k] = phiNew / _pi * 180.0;
+        y[k] = phiNew / _truePi * 180.0;
         if (z != nullptr) z[k] = h;
     });
     return true;

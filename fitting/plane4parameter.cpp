@@ -4,6 +4,7 @@
 #include <lmspatialreference/plane4parametertransformation.h>
 
 #include "fitting/estimationsupport.h"
+#include "fitting/publishedunits.h"
 
 #include <cmath>
 #include <cstddef>
@@ -13,12 +14,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-// Estimated angles are converted with this value, a few units in the last
-// place below the double nearest pi, while the transformation converts back
-// with the nearest one; published parameter sets were made this way.
-const double _estimationPi = 3.1415926535897833;
-const double _pi = 3.141592653589793;
 
 // The unknowns (dX, dY, a, b) of X = x + dX + a x - b y, Y = y + dY + b x + a y.
 struct _Plane4Normal {
@@ -71,8 +66,11 @@ void _Plane4Solve(int count, int dim, const double* src, const double* dst, _Pla
     const double k = theta != 0.0 ? b / std::sin(theta) : a + 1.0;
     parameters[0] = dX;
     parameters[1] = dY;
-    parameters[2] = theta * 3600.0 * 180.0 / _estimationPi;
-    parameters[3] = (k - 1.0) * 1000000.0;
+    // Estimated angles are published through the kept pi while the
+    // transformation reads them through the true one, as published parameter
+    // sets were made.
+    parameters[2] = _SecondsFromRadians(theta, _keptPi);
+    parameters[3] = (k - 1.0) * _partsPerMillion;
 }
 
 }  // namespace
@@ -82,8 +80,8 @@ LmPlane4PatameterCoordinateTransformation::LmPlane4PatameterCoordinateTransforma
     if (parameters == nullptr) return;
     m_dX = parameters[0];
     m_dY = parameters[1];
-    m_theta = parameters[2] / 3600.0 * _pi / 180.0;
-    m_m = parameters[3] / 1000000.0;
+    m_theta = _RadiansFromSeconds(parameters[2], _truePi);
+    m_m = parameters[3] / _partsPerMillion;
 }
 
 bool LmPlane4PatameterCoordinateTransformation::Transformation(double* x, double* y, double*, int count,

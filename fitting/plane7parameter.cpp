@@ -7,6 +7,7 @@
 #include <lmspatialreference/projecttransformation.h>
 
 #include "fitting/estimationsupport.h"
+#include "fitting/publishedunits.h"
 
 #include <cfloat>
 #include <cmath>
@@ -18,11 +19,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-// Rotations of this model are converted with the value of pi a few units in
-// the last place below the nearest double, both ways, as published parameter
-// sets were made.
-const double _plane7Pi = 3.1415926535897833;
 
 // The height equations of the 3D model are scaled by this before they enter
 // the normal matrix (weight 1e-10): the design constant of the model.
@@ -125,8 +121,9 @@ bool _Estimate(LmSpatialReference* source, LmSpatialReference* target, int count
 
     double published[7];
     for (int p = 0; p < 7; ++p) published[p] = u[p + 1];
-    for (int p = 3; p < 6; ++p) published[p] *= 3600.0 * 180.0 / _plane7Pi;
-    published[6] *= 1000000.0;
+    // Rotations are published through the kept pi, and read back through it.
+    for (int p = 3; p < 6; ++p) published[p] *= _SecondsPerRadian(_keptPi);
+    published[6] *= _partsPerMillion;
 
     if (checked != nullptr) {
         std::vector<double> residuals(std::size_t(count) * Model::rows);
@@ -163,8 +160,8 @@ void _Construct(const double* parameters, LmSpatialReference* source, LmSpatialR
     _EllipsoidOf(source, a1, f1);
     _EllipsoidOf(target, a2, f2);
     for (int k = 0; k < 7; ++k) p[k] = parameters != nullptr ? parameters[k] : 0.0;
-    for (int k = 3; k < 6; ++k) p[k] = p[k] / 3600.0 / 180.0 * _plane7Pi;
-    p[6] = p[6] / 1000000.0;
+    for (int k = 3; k < 6; ++k) p[k] = _RadiansFromSecondsByHalfTurns(p[k], _keptPi);
+    p[6] = p[6] / _partsPerMillion;
 }
 
 }  // namespace
