@@ -6,6 +6,7 @@
 #include <lmspatialreference/plane7parametertransformation.h>
 #include <lmspatialreference/projecttransformation.h>
 
+#include "fitting/estimate.h"
 #include "fitting/estimationsupport.h"
 #include "fitting/publishedunits.h"
 
@@ -38,24 +39,8 @@ _Common _AtLatitude(double a, double f, double B) {
     return q;
 }
 
-// A point set taken to geographic coordinates of its own reference: the
-// projected unprojected, the rest copied as they are (at least count * 3
-// doubles, so reads of three values at stride dim stay inside).
-void _Geographic(LmSpatialReference* reference, int count, int dim, const double* in, std::vector<double>& out) {
-    out.assign(std::size_t(count) * std::size_t(dim > 3 ? dim : 3), 0.0);
-    if (count <= 0) return;
-    if (reference != nullptr && reference->IsProjected()) {
-        LmSmarterPtr<LmSpatialReference> geographic = reference->Geographic();
-        LmSmarterPtr<LmCoordinateTransformation> unproject(
-            new LmProjectCoordinateTransformation(reference, geographic));
-        unproject->Transformation(in, count, dim, out.data());
-    } else {
-        std::memcpy(out.data(), in, std::size_t(count) * std::size_t(dim) * sizeof(double));
-    }
-}
-
-// The two models the estimators fit, as one interface.
-struct _Model2D {
+// The two shapes of the model, 2D and 3D, as one interface.
+struct _Shape2D {
     static const int rows = 2;
     static void Coefficients(double* c, double a, double f, const double* p, double da, double df) {
         _Plane7Parameter2D(c, a, f, p[0], p[1], da, df);
@@ -68,7 +53,7 @@ struct _Model2D {
     }
 };
 
-struct _Model3D {
+struct _Shape3D {
     static const int rows = 3;
     static void Coefficients(double* c, double a, double f, const double* p, double da, double df) {
         _Plane7Parameter3D(c, a, f, p[0], p[1], p[2], da, df);
@@ -81,70 +66,71 @@ struct _Model3D {
     }
 };
 
-// The estimation both models share: the normal matrix, its minimum, the
-// unknowns in published units and, when asked, the checks and residuals.
-// Returns false only when checking and the points do not determine the model.
-template <class Model>
-bool _Estimate(LmSpatialReference* source, LmSpatialReference* target, int count, int dim,
-               const double* sourcePoints, const double* targetPoints, double* parameters, double& meanError,
-               LmEstimationResult* checked) {
-    count = _UsablePointCount(count, dim, sourcePoints, targetPoints);
-    double a1, f1, a2, f2;
-    _EllipsoidOf(source, a1, f1);
-    _EllipsoidOf(target, a2, f2);
-    const double da = a2 - a1;
-    const double df = f2 - f1;
+// The model fitted to the differences of geographic coordinates, on the
+// source ellipsoid with the change to the target one.
+template <class Shape>
+class _Plane7Model {
+public:
+    static const int unknowns = 7;
 
-    double N[64] = {};
-    std::vector<double> src, dst;
-    _Geographic(source, count, dim, sourcePoints, src);
-    _Geographic(target, count, dim, targetPoints, dst);
-    double c[24] = {};
-    for (int i = 0; i < count; ++i) {
-        const std::ptrdiff_t k = std::ptrdiff_t(i) * dim;
+    _Plane7Model(const _PointPairs& pairs, LmSpatialReference* source, LmSpatialReference* target)
+        : m_pairs(pairs) {
+        double a2, f2;
+        _EllipsoidOf(source, m_a1, m_f1);
+        _EllipsoidOf(target, a2, f2);
+        m_da = a2 - m_a1;
+        m_df = f2 - m_f1;
+    }
+
+    void AddPoint(int i, double* N) const {
+        double c[24] = {};
         double d[3];
-        for (int r = 0; r < Model::rows; ++r) d[r] = dst[k + r] - src[k + r];
-        Model::Coefficients(c, a1, f1, &src[k], da, df);
-        Model::Accumulate(N, c, d);
+        Differences(i, d);
+        Shape::Coefficients(c, m_a1, m_f1, m_pairs.Source(i), m_da, m_df);
+        Shape::Accumulate(N, c, d);
     }
-
-    if (checked != nullptr) {
-        double unknowns[49];
-        for (int p = 0; p < 7; ++p)
-            for (int q = 0; q < 7; ++q) unknowns[p * 7 + q] = N[(p + 1) * 8 + q + 1];
-        if (!_NormalMatrixDetermines(7, unknowns) || !std::isfinite(N[0])) return false;
+    static bool Solve(const double* N, int count, double* u, double& meanError) {
+        return _SolveByMinimum(8, N, count, u, meanError);
     }
-
-    double u[8] = {};
-    const double minimum = mat_min2(8, N, u);
-    if (checked != nullptr && minimum == -DBL_MAX) return false;
-
-    double published[7];
-    for (int p = 0; p < 7; ++p) published[p] = u[p + 1];
-    // Rotations are published through the kept pi, and read back through it.
-    for (int p = 3; p < 6; ++p) published[p] *= _SecondsPerRadian(_keptPi);
-    published[6] *= _partsPerMillion;
-
-    if (checked != nullptr) {
-        std::vector<double> residuals(std::size_t(count) * Model::rows);
+    static void Publish(const double* u, double* parameters) {
+        for (int p = 0; p < 7; ++p) parameters[p] = u[p + 1];
+        // Rotations are published through the kept pi, and read back through it.
+        for (int p = 3; p < 6; ++p) parameters[p] *= _SecondsPerRadian(_keptPi);
+        parameters[6] *= _partsPerMillion;
+    }
+    // Observed minus fitted corrections, unweighted, Shape::rows axes.
+    int Residuals(int count, const double* u, const double*, std::vector<double>& residuals) const {
+        residuals.resize(std::size_t(count) * Shape::rows);
         for (int i = 0; i < count; ++i) {
-            const std::ptrdiff_t k = std::ptrdiff_t(i) * dim;
-            Model::Coefficients(c, a1, f1, &src[k], da, df);
-            double fitted[3];
-            Model::Fitted(c, u + 1, fitted);
-            for (int r = 0; r < Model::rows; ++r)
-                residuals[std::size_t(i) * Model::rows + r] = (dst[k + r] - src[k + r]) - fitted[r];
+            double c[24] = {};
+            double d[3], fitted[3];
+            Differences(i, d);
+            Shape::Coefficients(c, m_a1, m_f1, m_pairs.Source(i), m_da, m_df);
+            Shape::Fitted(c, u + 1, fitted);
+            for (int r = 0; r < Shape::rows; ++r) residuals[std::size_t(i) * Shape::rows + r] = d[r] - fitted[r];
         }
-        checked->parameters.assign(published, published + 7);
-        checked->meanError = _RootMeanSquareOfMinimum(minimum, count);
-        checked->dimension = Model::rows;
-        checked->residuals.swap(residuals);
-        checked->worstPoint = _LongestResidual(count, Model::rows, checked->residuals.data());
-        return true;
+        return Shape::rows;
     }
-    for (int p = 0; p < 7; ++p) parameters[p] = published[p];
-    meanError = _RootMeanSquareOfMinimum(minimum, count);
-    return true;
+
+private:
+    void Differences(int i, double* d) const {
+        for (int r = 0; r < Shape::rows; ++r) d[r] = m_pairs.Target(i)[r] - m_pairs.Source(i)[r];
+    }
+
+    const _PointPairs& m_pairs;
+    double m_a1, m_f1, m_da, m_df;
+};
+
+// Both forms of an estimator of one shape; checked is null for the
+// unchecked one.
+template <class Shape>
+bool _EstimatePlane7(LmSpatialReference* source, LmSpatialReference* target, int count, int dim,
+                     const double* sourcePoints, const double* targetPoints, double* parameters, double& meanError,
+                     LmEstimationResult* checked) {
+    count = _UsablePointCount(count, dim, sourcePoints, targetPoints);
+    const _PointPairs pairs(_PointPairs::eGeographic, source, target, count, dim, sourcePoints, targetPoints);
+    _Plane7Model<Shape> model(pairs, source, target);
+    return _Estimate(model, count, parameters, meanError, checked);
 }
 
 bool _CheckedInput(int count, int dim, const double* sourcePoints, const double* targetPoints, int minimumDim) {
@@ -304,7 +290,7 @@ void LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReferenc
                                                                const double* sourcePoints,
                                                                const double* targetPoints, double* parameters,
                                                                double& meanError) {
-    _Estimate<_Model2D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
+    _EstimatePlane7<_Shape2D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
@@ -323,7 +309,7 @@ bool LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReferenc
                                                                LmEstimationResult& result) {
     if (!_CheckedInput(count, dim, sourcePoints, targetPoints, 2)) return false;
     double unused = 0.0;
-    return _Estimate<_Model2D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
+    return _EstimatePlane7<_Shape2D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
 }
 
 void LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
@@ -331,7 +317,7 @@ void LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialRefere
                                                                  const double* sourcePoints,
                                                                  const double* targetPoints, double* parameters,
                                                                  double& meanError) {
-    _Estimate<_Model3D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
+    _EstimatePlane7<_Shape3D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
@@ -350,7 +336,7 @@ bool LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialRefere
                                                                  LmEstimationResult& result) {
     if (!_CheckedInput(count, dim, sourcePoints, targetPoints, 3)) return false;
     double unused = 0.0;
-    return _Estimate<_Model3D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
+    return _EstimatePlane7<_Shape3D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
 }
 
 }  // namespace Kernel
