@@ -8,6 +8,7 @@
 #include "fitting/estimationsupport.h"
 #include "fitting/publishedunits.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -24,34 +25,25 @@ void _Bursa7Forward(const double* p, double X, double Y, double Z, double* fitte
     fitted[2] = Z + p[2] - Y * p[3] + X * p[4] + p[6] * Z;
 }
 
-// Unknowns dX, dY, dZ, ex, ey, ez, m, fitted in geocentric coordinates.
-// Three coordinates are read at stride dim: the model is meant for dim 3.
-class _Bursa7Model : public _InvertedModel {
-public:
+// Unknowns dX, dY, dZ, ex, ey, ez, m, fitted in geocentric coordinates, where
+// the mean error is taken too. Three coordinates are read at stride dim: the
+// model is meant for dim 3.
+struct _Bursa7Form {
     static const int unknowns = 7;
+    static const int rows = 3;
 
-    explicit _Bursa7Model(const _PointPairs& pairs) : _InvertedModel(pairs) {}
-
-    // Rows (X' - X | 1, 0, 0, 0, -Z, Y, X), (Y' - Y | 0, 1, 0, Z, 0, -X, Y)
-    // and (Z' - Z | 0, 0, 1, -Y, X, 0, Z).
-    void AddPoint(int i, double* N) const {
-        const double* s = m_pairs.Source(i);
-        const double* t = m_pairs.Target(i);
+    static void DesignRows(const double* s, const double* t, double (*rows)[8]) {
         const double X = s[0], Y = s[1], Z = s[2];
-        const double rows[3][8] = {{t[0] - X, 1.0, 0.0, 0.0, 0.0, -Z, Y, X},
-                                   {t[1] - Y, 0.0, 1.0, 0.0, Z, 0.0, -X, Y},
-                                   {t[2] - Z, 0.0, 0.0, 1.0, -Y, X, 0.0, Z}};
-        for (const double* row : rows) mat_vec_vec(8, row, row, N);
+        const double design[3][8] = {{t[0] - X, 1.0, 0.0, 0.0, 0.0, -Z, Y, X},
+                                     {t[1] - Y, 0.0, 1.0, 0.0, Z, 0.0, -X, Y},
+                                     {t[2] - Z, 0.0, 0.0, 1.0, -Y, X, 0.0, Z}};
+        std::copy(&design[0][0], &design[0][0] + 24, &rows[0][0]);
     }
 
-    // The mean error is taken in geocentric space, over dim axes.
-    bool Solve(const double* N, int count, double* u, double& meanError) {
-        const int dim = m_pairs.Dim();
-        return SolveAndFit(8, N, count, u, meanError, [dim](const double* p, const double* s, double* fitted) {
-            double xyz[3];
-            _Bursa7Forward(p, s[0], s[1], s[2], xyz);
-            for (int axis = 0; axis < (dim == 3 ? 3 : 2); ++axis) fitted[axis] = xyz[axis];
-        });
+    static void Forward(int dim, const double* u, const double* s, double* fitted) {
+        double xyz[3];
+        _Bursa7Forward(u, s[0], s[1], s[2], xyz);
+        std::copy(xyz, xyz + (dim == 3 ? 3 : 2), fitted);
     }
 
     static void Publish(const double* u, double* parameters) {
@@ -60,6 +52,8 @@ public:
         parameters[6] = u[7] * _partsPerMillion;
     }
 };
+
+using _Bursa7Model = _InvertedModel<_Bursa7Form>;
 
 }  // namespace
 
@@ -121,8 +115,7 @@ void LmCoordinateTransformationFactory::ComputeBursa7Parameter(LmSpatialReferenc
                                                                double& meanError) {
     count = _UsablePointCount(count, dim, sourcePoints, targetPoints);
     const _PointPairs pairs(_PointPairs::eGeocentric, source, target, count, dim, sourcePoints, targetPoints);
-    _Bursa7Model model(pairs);
-    _Estimate(model, count, parameters, meanError, nullptr);
+    _Estimate(_Bursa7Model(pairs), count, parameters, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputeBursa7Parameter(LmSpatialReference* source,
@@ -141,9 +134,7 @@ bool LmCoordinateTransformationFactory::ComputeBursa7Parameter(LmSpatialReferenc
                                                                LmEstimationResult& result) {
     if (count < 3 || dim != 3 || sourcePoints == nullptr || targetPoints == nullptr) return false;
     const _PointPairs pairs(_PointPairs::eGeocentric, source, target, count, dim, sourcePoints, targetPoints);
-    _Bursa7Model model(pairs);
-    double unused = 0.0;
-    return _Estimate(model, count, nullptr, unused, &result);
+    return _Estimate(_Bursa7Model(pairs), count, result);
 }
 
 }  // namespace Kernel

@@ -157,8 +157,7 @@ void LmCoordinateTransformationFactory::ComputeCube4Parameter(LmSpatialReference
                                                               double* params, double& meanError) {
     if (!_UsableArguments(count, dim, srcPts, dstPts, params)) return;
     const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
-    _Cube4Model model(pairs, phi, lambda);
-    _Estimate(model, count, params, meanError, nullptr);
+    _Estimate(_Cube4Model(pairs, phi, lambda), count, params, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputeCube4Parameter(LmSpatialReference* src, LmSpatialReference* dst,
@@ -177,9 +176,7 @@ bool LmCoordinateTransformationFactory::ComputeCube4Parameter(LmSpatialReference
     if (dim != 3 || count < 2 || srcPts == nullptr || dstPts == nullptr) return false;
     if (!std::isfinite(phi) || !std::isfinite(lambda)) return false;
     const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
-    _Cube4Model model(pairs, phi, lambda);
-    double unused = 0.0;
-    return _Estimate(model, count, nullptr, unused, &result);
+    return _Estimate(_Cube4Model(pairs, phi, lambda), count, result);
 }
 
 // ---------------------------------------------------------------------------
@@ -191,8 +188,7 @@ void LmCoordinateTransformationFactory::ComputeMolodenskyParameter(LmSpatialRefe
                                                                    double& meanError, const double* centre) {
     if (!_UsableArguments(count, dim, srcPts, dstPts, params)) return;
     const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
-    _MolodenskyModel model(pairs, centre);
-    _Estimate(model, count, params, meanError, nullptr);
+    _Estimate(_MolodenskyModel(pairs, centre), count, params, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputeMolodenskyParameter(LmSpatialReference* src,
@@ -211,9 +207,7 @@ bool LmCoordinateTransformationFactory::ComputeMolodenskyParameter(LmSpatialRefe
     if (dim != 3 || count < 3 || srcPts == nullptr || dstPts == nullptr) return false;
     if (centre && !(std::isfinite(centre[0]) && std::isfinite(centre[1]) && std::isfinite(centre[2]))) return false;
     const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
-    _MolodenskyModel model(pairs, centre);
-    double unused = 0.0;
-    return _Estimate(model, count, nullptr, unused, &result);
+    return _Estimate(_MolodenskyModel(pairs, centre), count, result);
 }
 
 }  // namespace Kernel

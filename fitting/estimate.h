@@ -4,36 +4,47 @@
 #define LMSPATIALREFERENCE_FITTING_ESTIMATE_H
 
 #include <lmspatialreference/coordinatetransformationfactory.h>
+#include <lmspatialreference/matrixkit.h>
 
 #include "fitting/estimationsupport.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <vector>
 
 namespace Lumora {
 namespace Kernel {
 
-// What the classical models (plane four-parameter, Bursa) share: the normal
-// equations inverted, the fitted points of a forward model, their sample
-// deviation against the targets as the mean error, and target minus fitted
-// as the residuals, all at the stride of the pairs.
+// A classical model (plane four-parameter, Bursa) from its Form, which
+// supplies unknowns, rows (per point), DesignRows(source, target, rows) with
+// the observation first, Forward(dim, u, source, fitted) writing dim values,
+// and Publish(u, parameters). The normal equations are inverted; the mean
+// error is the sample deviation of the fitted points against the targets,
+// and the residuals are target minus fitted, both at the stride of the pairs.
+template <class Form>
 class _InvertedModel {
-protected:
+public:
+    static const int unknowns = Form::unknowns;
+
     explicit _InvertedModel(const _PointPairs& pairs) : m_pairs(pairs) {}
 
-    // forward(u, source point, fitted point) with u the unknowns in working
-    // units.
-    template <class Forward>
-    bool SolveAndFit(int n, const double* N, int count, double* u, double& meanError, Forward forward) {
-        _SolveNormalEquations(n, N, u);
+    void AddPoint(int i, double* N) const {
+        double rows[Form::rows][unknowns + 1];
+        Form::DesignRows(m_pairs.Source(i), m_pairs.Target(i), rows);
+        for (const double* row : rows) mat_vec_vec(unknowns + 1, row, row, N);
+    }
+
+    bool Solve(const double* N, int count, double* u, double& meanError) {
+        _SolveNormalEquations(unknowns + 1, N, u);
         const int dim = m_pairs.Dim();
         m_fitted.assign(std::size_t(count) * dim, 0.0);
-        for (int i = 0; i < count; ++i) forward(u + 1, m_pairs.Source(i), &m_fitted[std::size_t(i) * dim]);
+        for (int i = 0; i < count; ++i) Form::Forward(dim, u + 1, m_pairs.Source(i), &m_fitted[std::size_t(i) * dim]);
         mean_error(m_fitted.data(), m_pairs.Target(0), count, dim, meanError);
         return true;
     }
 
-public:
+    static void Publish(const double* u, double* parameters) { Form::Publish(u, parameters); }
+
     int Residuals(int, const double*, const double*, std::vector<double>& residuals) const {
         const double* target = m_pairs.Target(0);
         residuals.resize(m_fitted.size());
@@ -41,7 +52,7 @@ public:
         return m_pairs.Dim();
     }
 
-protected:
+private:
     const _PointPairs& m_pairs;
     std::vector<double> m_fitted;
 };
@@ -61,8 +72,8 @@ protected:
 // whatever the points. Checked, the estimation refuses (false, result
 // untouched) points that do not determine the unknowns, and a failed solve.
 template <class Model>
-bool _Estimate(Model& model, int count, double* parameters, double& meanError, LmEstimationResult* checked) {
-    constexpr int n = Model::unknowns + 1;
+bool _Estimate(Model&& model, int count, double* parameters, double& meanError, LmEstimationResult* checked) {
+    constexpr int n = std::decay_t<Model>::unknowns + 1;
     double N[n * n] = {};
     for (int i = 0; i < count; ++i) model.AddPoint(i, N);
     if (checked != nullptr && !_AugmentedMatrixDetermines(n, N)) return false;
@@ -70,17 +81,24 @@ bool _Estimate(Model& model, int count, double* parameters, double& meanError, L
     double u[n] = {};
     double error = 0.0;
     if (!model.Solve(N, count, u, error) && checked != nullptr) return false;
-    double published[Model::unknowns];
+    double published[n - 1];
     model.Publish(u, published);
     if (checked == nullptr) {
-        std::copy(published, published + Model::unknowns, parameters);
+        std::copy(published, published + n - 1, parameters);
         meanError = error;
         return true;
     }
     std::vector<double> residuals;
     const int axes = model.Residuals(count, u, published, residuals);
-    _FillResult(*checked, published, Model::unknowns, error, axes, residuals, count);
+    _FillResult(*checked, published, n - 1, error, axes, residuals, count);
     return true;
+}
+
+// The checked form alone.
+template <class Model>
+bool _Estimate(Model&& model, int count, LmEstimationResult& result) {
+    double unused = 0.0;
+    return _Estimate(model, count, nullptr, unused, &result);
 }
 
 }  // namespace Kernel

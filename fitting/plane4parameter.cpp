@@ -7,6 +7,7 @@
 #include "fitting/estimationsupport.h"
 #include "fitting/publishedunits.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -25,27 +26,19 @@ void _Plane4Forward(double dX, double dY, double a, double b, double x, double y
 
 // Unknowns dX, dY, a, b, fitted to the plane coordinates as given; z is
 // carried along unchanged.
-class _Plane4Model : public _InvertedModel {
-public:
+struct _Plane4Form {
     static const int unknowns = 4;
+    static const int rows = 2;
 
-    explicit _Plane4Model(const _PointPairs& pairs) : _InvertedModel(pairs) {}
-
-    // Rows (X - x | 1, 0, x, -y) and (Y - y | 0, 1, y, x).
-    void AddPoint(int i, double* N) const {
-        const double* s = m_pairs.Source(i);
-        const double* t = m_pairs.Target(i);
+    static void DesignRows(const double* s, const double* t, double (*rows)[5]) {
         const double x = s[0], y = s[1];
-        const double rows[2][5] = {{t[0] - x, 1.0, 0.0, x, -y}, {t[1] - y, 0.0, 1.0, y, x}};
-        for (const double* row : rows) mat_vec_vec(5, row, row, N);
+        const double design[2][5] = {{t[0] - x, 1.0, 0.0, x, -y}, {t[1] - y, 0.0, 1.0, y, x}};
+        std::copy(&design[0][0], &design[0][0] + 10, &rows[0][0]);
     }
 
-    bool Solve(const double* N, int count, double* u, double& meanError) {
-        const int dim = m_pairs.Dim();
-        return SolveAndFit(5, N, count, u, meanError, [dim](const double* p, const double* s, double* fitted) {
-            _Plane4Forward(p[0], p[1], p[2], p[3], s[0], s[1], fitted[0], fitted[1]);
-            if (dim == 3) fitted[2] = s[2];
-        });
+    static void Forward(int dim, const double* u, const double* s, double* fitted) {
+        _Plane4Forward(u[0], u[1], u[2], u[3], s[0], s[1], fitted[0], fitted[1]);
+        if (dim == 3) fitted[2] = s[2];
     }
 
     static void Publish(const double* u, double* parameters) {
@@ -61,6 +54,8 @@ public:
         parameters[3] = (k - 1.0) * _partsPerMillion;
     }
 };
+
+using _Plane4Model = _InvertedModel<_Plane4Form>;
 
 }  // namespace
 
@@ -90,8 +85,7 @@ void LmCoordinateTransformationFactory::ComputePlane4Parameter(int count, int di
                                                                const double* target, double* parameters,
                                                                double& meanError) {
     const _PointPairs pairs(_PointPairs::eAsGiven, nullptr, nullptr, count, dim, source, target);
-    _Plane4Model model(pairs);
-    _Estimate(model, _UsablePointCount(count, dim, source, target), parameters, meanError, nullptr);
+    _Estimate(_Plane4Model(pairs), _UsablePointCount(count, dim, source, target), parameters, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputePlane4Parameter(int count, int dim, const double* source,
@@ -105,9 +99,7 @@ bool LmCoordinateTransformationFactory::ComputePlane4Parameter(int count, int di
                                                                const double* target, LmEstimationResult& result) {
     if (count < 2 || (dim != 2 && dim != 3) || source == nullptr || target == nullptr) return false;
     const _PointPairs pairs(_PointPairs::eAsGiven, nullptr, nullptr, count, dim, source, target);
-    _Plane4Model model(pairs);
-    double unused = 0.0;
-    return _Estimate(model, count, nullptr, unused, &result);
+    return _Estimate(_Plane4Model(pairs), count, result);
 }
 
 }  // namespace Kernel

@@ -129,8 +129,7 @@ bool _EstimatePlane7(LmSpatialReference* source, LmSpatialReference* target, int
                      LmEstimationResult* checked) {
     count = _UsablePointCount(count, dim, sourcePoints, targetPoints);
     const _PointPairs pairs(_PointPairs::eGeographic, source, target, count, dim, sourcePoints, targetPoints);
-    _Plane7Model<Shape> model(pairs, source, target);
-    return _Estimate(model, count, parameters, meanError, checked);
+    return _Estimate(_Plane7Model<Shape>(pairs, source, target), count, parameters, meanError, checked);
 }
 
 bool _CheckedInput(int count, int dim, const double* sourcePoints, const double* targetPoints, int minimumDim) {
@@ -148,6 +147,20 @@ void _Construct(const double* parameters, LmSpatialReference* source, LmSpatialR
     for (int k = 0; k < 7; ++k) p[k] = parameters != nullptr ? parameters[k] : 0.0;
     for (int k = 3; k < 6; ++k) p[k] = _RadiansFromSecondsByHalfTurns(p[k], _keptPi);
     p[6] = p[6] / _partsPerMillion;
+}
+
+// Calls correct(k, p, a1, f1, da, df) for the index k of every point of a
+// batch, with the working parameters p, the source ellipsoid and the change
+// to the target one. True unless x or y is null while count is positive.
+template <class Correct>
+bool _CorrectEachPoint(const double* p, double a1, double f1, double a2, double f2, double* x, double* y, int count,
+                       int step, Correct& correct) {
+    if (count <= 0) return true;
+    if (x == nullptr || y == nullptr) return false;
+    const double da = a2 - a1;
+    const double df = f2 - f1;
+    _ForEachPoint(count, [&](int i) { correct(PointIndex(i, step), p, a1, f1, da, df); });
+    return true;
 }
 
 }  // namespace
@@ -242,14 +255,7 @@ LmPlane7PatameterCoordinateTransformation::LmPlane7PatameterCoordinateTransforma
 }
 
 bool LmPlane7PatameterCoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
-    if (count <= 0) return true;
-    if (x == nullptr || y == nullptr) return false;
-    const double da = m_a2 - m_a1;
-    const double df = m_f2 - m_f1;
-    const double a = m_a1, f = m_f1;
-    const double* p = m_parameters;
-    _ForEachPoint(count, [=](int i) {
-        const std::ptrdiff_t k = PointIndex(i, step);
+    auto correct = [=](std::ptrdiff_t k, const double* p, double a, double f, double da, double df) {
         double c[16];
         _Plane7Parameter2D(c, a, f, x[k], y[k], da, df);
         // The longitude row has no scale or ellipsoid term in this model.
@@ -257,8 +263,8 @@ bool LmPlane7PatameterCoordinateTransformation::Transformation(double* x, double
         const double dB = vec_mul(3, c + 3, p) + vec_mul(3, c + 9, p + 3) + c[13] * p[6] + c[15];
         x[k] += dL;
         y[k] += dB;
-    });
-    return true;
+    };
+    return _CorrectEachPoint(m_parameters, m_a1, m_f1, m_a2, m_f2, x, y, count, step, correct);
 }
 
 LmPlane7PatameterCoordinateTransformation3D::LmPlane7PatameterCoordinateTransformation3D(
@@ -268,76 +274,45 @@ LmPlane7PatameterCoordinateTransformation3D::LmPlane7PatameterCoordinateTransfor
 
 bool LmPlane7PatameterCoordinateTransformation3D::Transformation(double* x, double* y, double* z, int count,
                                                                  int step) {
-    if (count <= 0) return true;
-    if (x == nullptr || y == nullptr) return false;
-    const double da = m_a2 - m_a1;
-    const double df = m_f2 - m_f1;
-    const double a = m_a1, f = m_f1;
-    const double* p = m_parameters;
-    _ForEachPoint(count, [=](int i) {
-        const std::ptrdiff_t k = PointIndex(i, step);
+    auto correct = [=](std::ptrdiff_t k, const double* p, double a, double f, double da, double df) {
         double c[24];
         _Plane7Parameter3D(c, a, f, x[k], y[k], z != nullptr ? z[k] : 0.0, da, df);
         x[k] += _d_3d(p, c, c + 18);
         y[k] += _d_3d(p, c + 3, c + 19);
         if (z != nullptr) z[k] += _d_3d(p, c + 6, c + 20);
-    });
-    return true;
+    };
+    return _CorrectEachPoint(m_parameters, m_a1, m_f1, m_a2, m_f2, x, y, count, step, correct);
 }
 
-void LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
-                                                               LmSpatialReference* target, int count, int dim,
-                                                               const double* sourcePoints,
-                                                               const double* targetPoints, double* parameters,
-                                                               double& meanError) {
-    _EstimatePlane7<_Shape2D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
-}
+// The 2D and 3D estimators have the same three public forms, differing only
+// in name, shape and the dimension the checked form needs.
+#define LM_PLANE7_ESTIMATOR_FORMS(Name, Shape, minimumDim)                                                          \
+    void LmCoordinateTransformationFactory::Name(LmSpatialReference* source, LmSpatialReference* target, int count, \
+                                                 int dim, const double* sourcePoints, const double* targetPoints,   \
+                                                 double* parameters, double& meanError) {                           \
+        _EstimatePlane7<Shape>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError,       \
+                               nullptr);                                                                            \
+    }                                                                                                               \
+    double LmCoordinateTransformationFactory::Name(LmSpatialReference* source, LmSpatialReference* target,          \
+                                                   int count, int dim, const double* sourcePoints,                  \
+                                                   const double* targetPoints, double* parameters) {                \
+        double meanError = 0.0;                                                                                     \
+        Name(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError);                        \
+        return meanError;                                                                                           \
+    }                                                                                                               \
+    bool LmCoordinateTransformationFactory::Name(LmSpatialReference* source, LmSpatialReference* target, int count, \
+                                                 int dim, const double* sourcePoints, const double* targetPoints,   \
+                                                 LmEstimationResult& result) {                                      \
+        if (!_CheckedInput(count, dim, sourcePoints, targetPoints, minimumDim)) return false;                       \
+        double unused = 0.0;                                                                                        \
+        return _EstimatePlane7<Shape>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused,      \
+                                      &result);                                                                     \
+    }
 
-double LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
-                                                                 LmSpatialReference* target, int count, int dim,
-                                                                 const double* sourcePoints,
-                                                                 const double* targetPoints, double* parameters) {
-    double meanError = 0.0;
-    ComputePlane7Parameter(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError);
-    return meanError;
-}
+LM_PLANE7_ESTIMATOR_FORMS(ComputePlane7Parameter, _Shape2D, 2)
+LM_PLANE7_ESTIMATOR_FORMS(ComputePlane7Parameter3D, _Shape3D, 3)
 
-bool LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
-                                                               LmSpatialReference* target, int count, int dim,
-                                                               const double* sourcePoints,
-                                                               const double* targetPoints,
-                                                               LmEstimationResult& result) {
-    if (!_CheckedInput(count, dim, sourcePoints, targetPoints, 2)) return false;
-    double unused = 0.0;
-    return _EstimatePlane7<_Shape2D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
-}
-
-void LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
-                                                                 LmSpatialReference* target, int count, int dim,
-                                                                 const double* sourcePoints,
-                                                                 const double* targetPoints, double* parameters,
-                                                                 double& meanError) {
-    _EstimatePlane7<_Shape3D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
-}
-
-double LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
-                                                                   LmSpatialReference* target, int count, int dim,
-                                                                   const double* sourcePoints,
-                                                                   const double* targetPoints, double* parameters) {
-    double meanError = 0.0;
-    ComputePlane7Parameter3D(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError);
-    return meanError;
-}
-
-bool LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
-                                                                 LmSpatialReference* target, int count, int dim,
-                                                                 const double* sourcePoints,
-                                                                 const double* targetPoints,
-                                                                 LmEstimationResult& result) {
-    if (!_CheckedInput(count, dim, sourcePoints, targetPoints, 3)) return false;
-    double unused = 0.0;
-    return _EstimatePlane7<_Shape3D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
-}
+#undef LM_PLANE7_ESTIMATOR_FORMS
 
 }  // namespace Kernel
 }  // namespace Lumora
