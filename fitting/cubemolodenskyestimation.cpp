@@ -94,8 +94,9 @@ public:
     _Cube4Model(const _PointPairs& pairs, double phi, double lambda)
         : _GeocentricMinimumModel(pairs), m_phi(phi), m_lambda(lambda) {}
 
-    void AddPoint(int i, double* N) const {
-        _ComputeCube4Parameter(N, m_phi, m_lambda, m_pairs.Source(i), m_pairs.Target(i));
+    void Accumulate(int count, double* N) const {
+        for (int i = 0; i < count; ++i)
+            _ComputeCube4Parameter(N, m_phi, m_lambda, m_pairs.Source(i), m_pairs.Target(i));
     }
     static bool Solve(const double* N, int count, double* u, double& meanError) {
         return SolveByMinimum<5>(N, count, u, meanError);
@@ -122,7 +123,9 @@ public:
     _MolodenskyModel(const _PointPairs& pairs, const double* centre)
         : _GeocentricMinimumModel(pairs), m_centre(centre) {}
 
-    void AddPoint(int i, double* N) const { _Molodensky(N, m_centre, m_pairs.Source(i), m_pairs.Target(i)); }
+    void Accumulate(int count, double* N) const {
+        for (int i = 0; i < count; ++i) _Molodensky(N, m_centre, m_pairs.Source(i), m_pairs.Target(i));
+    }
     static bool Solve(const double* N, int count, double* u, double& meanError) {
         return SolveByMinimum<8>(N, count, u, meanError);
     }

@@ -4,7 +4,6 @@
 #define LMSPATIALREFERENCE_FITTING_ESTIMATE_H
 
 #include <lmspatialreference/coordinatetransformationfactory.h>
-#include <lmspatialreference/matrixkit.h>
 
 #include "fitting/estimationsupport.h"
 
@@ -28,10 +27,23 @@ public:
 
     explicit _InvertedModel(const _PointPairs& pairs) : m_pairs(pairs) {}
 
-    void AddPoint(int i, double* N) const {
-        double rows[Form::rows][unknowns + 1];
-        Form::DesignRows(m_pairs.Source(i), m_pairs.Target(i), rows);
-        for (const double* row : rows) mat_vec_vec(unknowns + 1, row, row, N);
+    // Sums in a local block the compiler can keep in registers, and only the
+    // unknowns' rows: the inverted solve reads their block and the
+    // observation column, never the observation row.
+    void Accumulate(int count, double* N) const {
+        constexpr int n = unknowns + 1;
+        double sums[unknowns][n] = {};
+        for (int i = 0; i < count; ++i) {
+            double rows[Form::rows][n];
+            Form::DesignRows(m_pairs.Source(i), m_pairs.Target(i), rows);
+#pragma GCC unroll 8
+            for (int r = 0; r < Form::rows; ++r)
+#pragma GCC unroll 8
+                for (int p = 1; p < n; ++p)
+#pragma GCC unroll 8
+                    for (int q = 0; q < n; ++q) sums[p - 1][q] += rows[r][q] * rows[r][p];
+        }
+        std::copy(&sums[0][0], &sums[0][0] + unknowns * n, N + n);
     }
 
     bool Solve(const double* N, int count, double* u, double& meanError) {
@@ -59,8 +71,9 @@ private:
 
 // Estimates a Model from count control points, which supplies
 //   unknowns                 the number of its unknowns;
-//   AddPoint(i, N)           point i's design rows, observation first, added
-//                            to the augmented normal matrix N;
+//   Accumulate(count, N)     the design rows of every point, observation
+//                            first, summed into the zeroed augmented normal
+//                            matrix N as mat_vec_vec sums them;
 //   Solve(N, count, u, e)    the unknowns u[1..unknowns] (working units) and
 //                            the mean error e, false when the solve itself
 //                            shows there is no fit to report;
@@ -75,7 +88,7 @@ template <class Model>
 bool _Estimate(Model&& model, int count, double* parameters, double& meanError, LmEstimationResult* checked) {
     constexpr int n = std::decay_t<Model>::unknowns + 1;
     double N[n * n] = {};
-    for (int i = 0; i < count; ++i) model.AddPoint(i, N);
+    model.Accumulate(count, N);
     if (checked != nullptr && !_AugmentedMatrixDetermines(n, N)) return false;
 
     double u[n] = {};

@@ -82,12 +82,14 @@ public:
         m_df = f2 - m_f1;
     }
 
-    void AddPoint(int i, double* N) const {
+    void Accumulate(int count, double* N) const {
         double c[24] = {};
-        double d[3];
-        Differences(i, d);
-        Shape::Coefficients(c, m_a1, m_f1, m_pairs.Source(i), m_da, m_df);
-        Shape::Accumulate(N, c, d);
+        for (int i = 0; i < count; ++i) {
+            double d[3];
+            Differences(i, d);
+            Shape::Coefficients(c, m_a1, m_f1, m_pairs.Source(i), m_da, m_df);
+            Shape::Accumulate(N, c, d);
+        }
     }
     static bool Solve(const double* N, int count, double* u, double& meanError) {
         return _SolveByMinimum(8, N, count, u, meanError);
