@@ -54,18 +54,12 @@ void _Molodensky(double* N, const double* centre, const double* src, const doubl
     for (const double* row : rows) mat_vec_vec(8, row, row, N);
 }
 
-// What the cube and Molodensky models share: geocentric pairs, the solve
-// through the constrained minimum, and residuals of the published model
-// itself, so they are those of the transformation a caller builds from the
-// parameters.
+// What the cube and Molodensky models share: their geocentric pairs, and
+// residuals of the published model itself, so that they are those of the
+// transformation a caller builds from the parameters.
 class _GeocentricMinimumModel {
 public:
     explicit _GeocentricMinimumModel(const _PointPairs& pairs) : m_pairs(pairs) {}
-
-    template <int n>
-    static bool SolveByMinimum(const double* N, int count, double* u, double& meanError) {
-        return _SolveByMinimum(n, N, count, u, meanError);
-    }
 
 protected:
     // Target minus the model applied to the source, 3 axes per point.
@@ -99,7 +93,7 @@ public:
             _ComputeCube4Parameter(N, m_phi, m_lambda, m_pairs.Source(i), m_pairs.Target(i));
     }
     static bool Solve(const double* N, int count, double* u, double& meanError) {
-        return SolveByMinimum<5>(N, count, u, meanError);
+        return _SolveByMinimum(5, N, count, u, meanError);
     }
     static void Publish(const double* u, double* parameters) {
         for (int k = 0; k < 4; ++k) parameters[k] = u[k + 1];
@@ -127,7 +121,7 @@ public:
         for (int i = 0; i < count; ++i) _Molodensky(N, m_centre, m_pairs.Source(i), m_pairs.Target(i));
     }
     static bool Solve(const double* N, int count, double* u, double& meanError) {
-        return SolveByMinimum<8>(N, count, u, meanError);
+        return _SolveByMinimum(8, N, count, u, meanError);
     }
     static void Publish(const double* u, double* parameters) {
         for (int k = 0; k < 7; ++k) parameters[k] = u[k + 1];

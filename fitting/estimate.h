@@ -27,9 +27,10 @@ public:
 
     explicit _InvertedModel(const _PointPairs& pairs) : m_pairs(pairs) {}
 
-    // Sums in a local block the compiler can keep in registers, and only the
-    // unknowns' rows: the inverted solve reads their block and the
-    // observation column, never the observation row.
+    // Sums in a local, unrolled block the compiler keeps in registers (the
+    // estimator's whole cost per point), and only the unknowns' rows: the
+    // inverted solve reads their block and the observation column, never the
+    // observation row.
     void Accumulate(int count, double* N) const {
         constexpr int n = unknowns + 1;
         double sums[unknowns][n] = {};
@@ -73,7 +74,9 @@ private:
 //   unknowns                 the number of its unknowns;
 //   Accumulate(count, N)     the design rows of every point, observation
 //                            first, summed into the zeroed augmented normal
-//                            matrix N as mat_vec_vec sums them;
+//                            matrix N as mat_vec_vec sums them (the
+//                            observation row may be left out where the
+//                            solve does not read it);
 //   Solve(N, count, u, e)    the unknowns u[1..unknowns] (working units) and
 //                            the mean error e, false when the solve itself
 //                            shows there is no fit to report;
