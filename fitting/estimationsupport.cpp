@@ -43,6 +43,35 @@ void _ToGeocentric(LmSpatialReference* reference, int count, int dim, const doub
 
 // The index of the longest of count residual vectors of dim values (the
 // first of equals); -1 when count is not positive.
+// Whether the symmetric n x n normal matrix N of the unknowns alone
+// determines them (see _AugmentedMatrixDetermines).
+bool _NormalMatrixDetermines(int n, const double* N) {
+    if (n < 1) return false;
+    std::vector<double> scale(n);
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j)
+            if (!std::isfinite(N[i * n + j])) return false;
+        const double diagonal = N[i * n + i];
+        if (!(diagonal > 0.0)) return false;
+        scale[i] = 1.0 / std::sqrt(diagonal);
+    }
+    // The classical estimators invert through LUPDecomp, which ends the
+    // process on an exactly zero pivot; mat_lu makes the same pivot choices
+    // with the same arithmetic and reports that pivot instead.
+    std::vector<double> factors(N, N + std::size_t(n) * n);
+    std::vector<int> order(n);
+    if (!mat_lu(n, factors.data(), order.data())) return false;
+    std::vector<double> scaled(std::size_t(n) * n);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) scaled[i * n + j] = N[i * n + j] * scale[i] * scale[j];
+    if (n == 1) return true;
+    std::vector<double> vectors(std::size_t(n) * n);
+    std::vector<double> values(n);
+    mat_eigen(n, scaled.data(), vectors.data(), values.data());
+    // The scaled matrix has trace n, so its largest eigenvalue lies in [1, n].
+    return values[n - 1] > _determinacyThreshold * values[0];
+}
+
 }  // namespace
 
 void _EllipsoidOf(LmSpatialReference* reference, double& a, double& f) {
@@ -136,33 +165,6 @@ int _LongestResidual(int count, int dim, const double* residuals) {
         }
     }
     return worst;
-}
-
-bool _NormalMatrixDetermines(int n, const double* N) {
-    if (n < 1) return false;
-    std::vector<double> scale(n);
-    for (int i = 0; i < n; ++i) {
-        for (int j = 0; j < n; ++j)
-            if (!std::isfinite(N[i * n + j])) return false;
-        const double diagonal = N[i * n + i];
-        if (!(diagonal > 0.0)) return false;
-        scale[i] = 1.0 / std::sqrt(diagonal);
-    }
-    // The classical estimators invert through LUPDecomp, which ends the
-    // process on an exactly zero pivot; mat_lu makes the same pivot choices
-    // with the same arithmetic and reports that pivot instead.
-    std::vector<double> factors(N, N + std::size_t(n) * n);
-    std::vector<int> order(n);
-    if (!mat_lu(n, factors.data(), order.data())) return false;
-    std::vector<double> scaled(std::size_t(n) * n);
-    for (int i = 0; i < n; ++i)
-        for (int j = 0; j < n; ++j) scaled[i * n + j] = N[i * n + j] * scale[i] * scale[j];
-    if (n == 1) return true;
-    std::vector<double> vectors(std::size_t(n) * n);
-    std::vector<double> values(n);
-    mat_eigen(n, scaled.data(), vectors.data(), values.data());
-    // The scaled matrix has trace n, so its largest eigenvalue lies in [1, n].
-    return values[n - 1] > _determinacyThreshold * values[0];
 }
 
 bool _AugmentedMatrixDetermines(int n, const double* N) {

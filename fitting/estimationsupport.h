@@ -74,17 +74,15 @@ void mean_error(const double* computed, const double* target, int count, int dim
 // alone gives NaN.
 double _RootMeanSquareOfMinimum(double minimum, int count);
 
-// Whether the symmetric n x n normal matrix N (row-major) determines all n
-// unknowns well enough to solve: every entry finite, every diagonal positive,
-// and the smallest eigenvalue of the matrix scaled to a unit diagonal not lost
-// in rounding against the largest, and no exactly zero pivot in its LU
-// decomposition. Scaling first makes the test blind to the units of the
-// unknowns (metres against radians against ratios).
-bool _NormalMatrixDetermines(int n, const double* N);
-
 // The one test of a degenerate control-point set: whether the augmented n x n
 // normal matrix (observation first, then the n - 1 unknowns, as mat_min2
-// takes it) determines its unknowns, and its observation column is finite.
+// takes it) determines its unknowns well enough to solve, and its
+// observation column is finite. The unknowns' block must have every entry
+// finite, every diagonal positive, no exactly zero pivot in its LU
+// decomposition, and the smallest eigenvalue of the block scaled to a unit
+// diagonal not lost in rounding against the largest. Scaling first makes the
+// test blind to the units of the unknowns (metres against radians against
+// ratios).
 bool _AugmentedMatrixDetermines(int n, const double* N);
 
 // The classical solve: u[1..n-1] = N⁻¹ w from the augmented n x n matrix,
