@@ -1,13 +1,17 @@
 // Pieces every control-point estimator of the library shares: bringing two
-// point sets to geocentric coordinates, the reported accuracy measure, the
-// ellipsoid of a reference, and the test that a normal matrix determines its
-// unknowns before a caller that must not end the process solves it.
+// point sets to geocentric or geographic coordinates, the reported accuracy
+// measures, the ellipsoid of a reference, the test that a normal matrix
+// determines its unknowns before a caller that must not end the process
+// solves it, the two ways of solving, and the checked result.
 #ifndef LMSPATIALREFERENCE_FITTING_ESTIMATIONSUPPORT_H
 #define LMSPATIALREFERENCE_FITTING_ESTIMATIONSUPPORT_H
 
+#include <lmspatialreference/coordinatetransformationfactory.h>
 #include <lmspatialreference/spatialreference.h>
 
 #include "coordinatetransformation/parallelbatch.h"
+
+#include <vector>
 
 namespace Lumora {
 namespace Kernel {
@@ -27,6 +31,36 @@ void _EllipsoidOf(LmSpatialReference* reference, double& a, double& f);
 void pretrans(LmSpatialReference* src, LmSpatialReference* dst, int count, int dim, const double* srcIn,
               const double* dstIn, double* srcOut, double* dstOut);
 
+// count points of dim doubles of reference in that reference's own
+// geographic coordinates (in -> out, count * dim doubles): projected points
+// are unprojected, all others copied as they are. A point the unprojection
+// cannot take keeps its input values.
+void _ToOwnGeographic(LmSpatialReference* reference, int count, int dim, const double* in, double* out);
+
+// Two control-point sets of count points at stride dim, as an estimator
+// reads them: as given, or both converted into storage of count * max(dim, 3)
+// doubles each, so that reads of three values at stride dim stay inside and
+// what the conversion does not write stays 0.
+class _PointPairs {
+public:
+    enum Space { eAsGiven, eGeocentric, eGeographic };
+
+    _PointPairs(Space space, LmSpatialReference* sourceReference, LmSpatialReference* targetReference, int count,
+                int dim, const double* source, const double* target);
+    _PointPairs(const _PointPairs&) = delete;
+    _PointPairs& operator=(const _PointPairs&) = delete;
+
+    int Dim() const { return m_dim; }
+    const double* Source(int i) const { return m_source + std::ptrdiff_t(i) * m_dim; }
+    const double* Target(int i) const { return m_target + std::ptrdiff_t(i) * m_dim; }
+
+private:
+    int m_dim;
+    std::vector<double> m_sourceStorage, m_targetStorage;
+    const double* m_source;
+    const double* m_target;
+};
+
 // Combined root-mean-square error of computed against target (count points
 // of dim doubles): the per-axis sample deviations sqrt(sum d^2 / (count - 1))
 // over x, y (and z for dim 3), combined as the root of their squares. Any dim
@@ -40,26 +74,32 @@ void mean_error(const double* computed, const double* target, int count, int dim
 // alone gives NaN.
 double _RootMeanSquareOfMinimum(double minimum, int count);
 
-// Whether the symmetric n x n normal matrix N (row-major) determines all n
-// unknowns well enough to solve: every entry finite, every diagonal positive,
-// and the smallest eigenvalue of the matrix scaled to a unit diagonal not lost
-// in rounding against the largest, and no exactly zero pivot in its LU
-// decomposition. Scaling first makes the test blind to the units of the
-// unknowns (metres against radians against ratios).
-bool _NormalMatrixDetermines(int n, const double* N);
+// The one test of a degenerate control-point set: whether the augmented n x n
+// normal matrix (observation first, then the n - 1 unknowns, as mat_min2
+// takes it) determines its unknowns well enough to solve, and its
+// observation column is finite. The unknowns' block must have every entry
+// finite, every diagonal positive, no exactly zero pivot in its LU
+// decomposition, and the smallest eigenvalue of the block scaled to a unit
+// diagonal not lost in rounding against the largest. Scaling first makes the
+// test blind to the units of the unknowns (metres against radians against
+// ratios).
+bool _AugmentedMatrixDetermines(int n, const double* N);
 
-// Adds one point's design rows to the normal equations, N += Bᵀ B and
-// w += Bᵀ l (N row-major), row by row in the order of the full matrix
-// product, so the sums are the product's own while memory stays constant.
-template <int Rows, int Unknowns>
-void _AddToNormalEquations(const double (&rows)[Rows][Unknowns], const double (&l)[Rows], double* N, double* w) {
-    for (int r = 0; r < Rows; ++r) {
-        for (int p = 0; p < Unknowns; ++p) {
-            for (int q = 0; q < Unknowns; ++q) N[p * Unknowns + q] += rows[r][p] * rows[r][q];
-            w[p] += rows[r][p] * l[r];
-        }
-    }
-}
+// The classical solve: u[1..n-1] = N⁻¹ w from the augmented n x n matrix,
+// N its unknowns' block and w its observation column, inverted through
+// LUPDecomp (a singular N ends the process). u[0] is not written.
+void _SolveNormalEquations(int n, const double* augmented, double* u);
+
+// The solve through the constrained minimum of the augmented n x n matrix:
+// u[1..n-1] as mat_min2 leaves them and meanError the root mean square of the
+// minimum over count points. False when that is not finite (an indefinite
+// matrix, or an observation too large to square).
+bool _SolveByMinimum(int n, const double* augmented, int count, double* u, double& meanError);
+
+// Fills a checked result: parameters, mean error, and count residual vectors
+// of dim axes with the longest of them.
+void _FillResult(LmEstimationResult& result, const double* parameters, int parameterCount, double meanError,
+                 int dim, std::vector<double>& residuals, int count);
 
 // Calls point(i) for every i in [0, count): serially for small batches,
 // where a parallel region costs more than it saves, else through the batch
@@ -77,10 +117,6 @@ void _ForEachPoint(int count, Point&& point) {
 // the layout cannot hold any (null arrays, count below 1, dim below 2). The
 // unchecked estimators then see no points and end as they do for too few.
 int _UsablePointCount(int count, int dim, const double* source, const double* target);
-
-// The index of the longest of count residual vectors of dim values (the
-// first of equals); -1 when count is not positive.
-int _LongestResidual(int count, int dim, const double* residuals);
 
 }  // namespace Kernel
 }  // namespace Lumora

@@ -6,7 +6,9 @@
 #include <lmspatialreference/plane7parametertransformation.h>
 #include <lmspatialreference/projecttransformation.h>
 
+#include "fitting/estimate.h"
 #include "fitting/estimationsupport.h"
+#include "fitting/publishedunits.h"
 
 #include <cfloat>
 #include <cmath>
@@ -18,11 +20,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-// Rotations of this model are converted with the value of pi a few units in
-// the last place below the nearest double, both ways, as published parameter
-// sets were made.
-const double _plane7Pi = 3.1415926535897833;
 
 // The height equations of the 3D model are scaled by this before they enter
 // the normal matrix (weight 1e-10): the design constant of the model.
@@ -42,24 +39,8 @@ _Common _AtLatitude(double a, double f, double B) {
     return q;
 }
 
-// A point set taken to geographic coordinates of its own reference: the
-// projected unprojected, the rest copied as they are (at least count * 3
-// doubles, so reads of three values at stride dim stay inside).
-void _Geographic(LmSpatialReference* reference, int count, int dim, const double* in, std::vector<double>& out) {
-    out.assign(std::size_t(count) * std::size_t(dim > 3 ? dim : 3), 0.0);
-    if (count <= 0) return;
-    if (reference != nullptr && reference->IsProjected()) {
-        LmSmarterPtr<LmSpatialReference> geographic = reference->Geographic();
-        LmSmarterPtr<LmCoordinateTransformation> unproject(
-            new LmProjectCoordinateTransformation(reference, geographic));
-        unproject->Transformation(in, count, dim, out.data());
-    } else {
-        std::memcpy(out.data(), in, std::size_t(count) * std::size_t(dim) * sizeof(double));
-    }
-}
-
-// The two models the estimators fit, as one interface.
-struct _Model2D {
+// The two shapes of the model, 2D and 3D, as one interface.
+struct _Shape2D {
     static const int rows = 2;
     static void Coefficients(double* c, double a, double f, const double* p, double da, double df) {
         _Plane7Parameter2D(c, a, f, p[0], p[1], da, df);
@@ -72,7 +53,7 @@ struct _Model2D {
     }
 };
 
-struct _Model3D {
+struct _Shape3D {
     static const int rows = 3;
     static void Coefficients(double* c, double a, double f, const double* p, double da, double df) {
         _Plane7Parameter3D(c, a, f, p[0], p[1], p[2], da, df);
@@ -85,69 +66,72 @@ struct _Model3D {
     }
 };
 
-// The estimation both models share: the normal matrix, its minimum, the
-// unknowns in published units and, when asked, the checks and residuals.
-// Returns false only when checking and the points do not determine the model.
-template <class Model>
-bool _Estimate(LmSpatialReference* source, LmSpatialReference* target, int count, int dim,
-               const double* sourcePoints, const double* targetPoints, double* parameters, double& meanError,
-               LmEstimationResult* checked) {
-    count = _UsablePointCount(count, dim, sourcePoints, targetPoints);
-    double a1, f1, a2, f2;
-    _EllipsoidOf(source, a1, f1);
-    _EllipsoidOf(target, a2, f2);
-    const double da = a2 - a1;
-    const double df = f2 - f1;
+// The model fitted to the differences of geographic coordinates, on the
+// source ellipsoid with the change to the target one.
+template <class Shape>
+class _Plane7Model {
+public:
+    static const int unknowns = 7;
 
-    double N[64] = {};
-    std::vector<double> src, dst;
-    _Geographic(source, count, dim, sourcePoints, src);
-    _Geographic(target, count, dim, targetPoints, dst);
-    double c[24] = {};
-    for (int i = 0; i < count; ++i) {
-        const std::ptrdiff_t k = std::ptrdiff_t(i) * dim;
-        double d[3];
-        for (int r = 0; r < Model::rows; ++r) d[r] = dst[k + r] - src[k + r];
-        Model::Coefficients(c, a1, f1, &src[k], da, df);
-        Model::Accumulate(N, c, d);
+    _Plane7Model(const _PointPairs& pairs, LmSpatialReference* source, LmSpatialReference* target)
+        : m_pairs(pairs) {
+        double a2, f2;
+        _EllipsoidOf(source, m_a1, m_f1);
+        _EllipsoidOf(target, a2, f2);
+        m_da = a2 - m_a1;
+        m_df = f2 - m_f1;
     }
 
-    if (checked != nullptr) {
-        double unknowns[49];
-        for (int p = 0; p < 7; ++p)
-            for (int q = 0; q < 7; ++q) unknowns[p * 7 + q] = N[(p + 1) * 8 + q + 1];
-        if (!_NormalMatrixDetermines(7, unknowns) || !std::isfinite(N[0])) return false;
-    }
-
-    double u[8] = {};
-    const double minimum = mat_min2(8, N, u);
-    if (checked != nullptr && minimum == -DBL_MAX) return false;
-
-    double published[7];
-    for (int p = 0; p < 7; ++p) published[p] = u[p + 1];
-    for (int p = 3; p < 6; ++p) published[p] *= 3600.0 * 180.0 / _plane7Pi;
-    published[6] *= 1000000.0;
-
-    if (checked != nullptr) {
-        std::vector<double> residuals(std::size_t(count) * Model::rows);
+    void Accumulate(int count, double* N) const {
+        double c[24] = {};
         for (int i = 0; i < count; ++i) {
-            const std::ptrdiff_t k = std::ptrdiff_t(i) * dim;
-            Model::Coefficients(c, a1, f1, &src[k], da, df);
-            double fitted[3];
-            Model::Fitted(c, u + 1, fitted);
-            for (int r = 0; r < Model::rows; ++r)
-                residuals[std::size_t(i) * Model::rows + r] = (dst[k + r] - src[k + r]) - fitted[r];
+            double d[3];
+            Differences(i, d);
+            Shape::Coefficients(c, m_a1, m_f1, m_pairs.Source(i), m_da, m_df);
+            Shape::Accumulate(N, c, d);
         }
-        checked->parameters.assign(published, published + 7);
-        checked->meanError = _RootMeanSquareOfMinimum(minimum, count);
-        checked->dimension = Model::rows;
-        checked->residuals.swap(residuals);
-        checked->worstPoint = _LongestResidual(count, Model::rows, checked->residuals.data());
-        return true;
     }
-    for (int p = 0; p < 7; ++p) parameters[p] = published[p];
-    meanError = _RootMeanSquareOfMinimum(minimum, count);
-    return true;
+    static bool Solve(const double* N, int count, double* u, double& meanError) {
+        return _SolveByMinimum(8, N, count, u, meanError);
+    }
+    static void Publish(const double* u, double* parameters) {
+        for (int p = 0; p < 7; ++p) parameters[p] = u[p + 1];
+        // Rotations are published through the kept pi, and read back through it.
+        for (int p = 3; p < 6; ++p) parameters[p] *= _SecondsPerRadian(_keptPi);
+        parameters[6] *= _partsPerMillion;
+    }
+    // Observed minus fitted corrections, unweighted, Shape::rows axes.
+    int Residuals(int count, const double* u, const double*, std::vector<double>& residuals) const {
+        residuals.resize(std::size_t(count) * Shape::rows);
+        for (int i = 0; i < count; ++i) {
+            double c[24] = {};
+            double d[3], fitted[3];
+            Differences(i, d);
+            Shape::Coefficients(c, m_a1, m_f1, m_pairs.Source(i), m_da, m_df);
+            Shape::Fitted(c, u + 1, fitted);
+            for (int r = 0; r < Shape::rows; ++r) residuals[std::size_t(i) * Shape::rows + r] = d[r] - fitted[r];
+        }
+        return Shape::rows;
+    }
+
+private:
+    void Differences(int i, double* d) const {
+        for (int r = 0; r < Shape::rows; ++r) d[r] = m_pairs.Target(i)[r] - m_pairs.Source(i)[r];
+    }
+
+    const _PointPairs& m_pairs;
+    double m_a1, m_f1, m_da, m_df;
+};
+
+// Both forms of an estimator of one shape; checked is null for the
+// unchecked one.
+template <class Shape>
+bool _EstimatePlane7(LmSpatialReference* source, LmSpatialReference* target, int count, int dim,
+                     const double* sourcePoints, const double* targetPoints, double* parameters, double& meanError,
+                     LmEstimationResult* checked) {
+    count = _UsablePointCount(count, dim, sourcePoints, targetPoints);
+    const _PointPairs pairs(_PointPairs::eGeographic, source, target, count, dim, sourcePoints, targetPoints);
+    return _Estimate(_Plane7Model<Shape>(pairs, source, target), count, parameters, meanError, checked);
 }
 
 bool _CheckedInput(int count, int dim, const double* sourcePoints, const double* targetPoints, int minimumDim) {
@@ -163,8 +147,22 @@ void _Construct(const double* parameters, LmSpatialReference* source, LmSpatialR
     _EllipsoidOf(source, a1, f1);
     _EllipsoidOf(target, a2, f2);
     for (int k = 0; k < 7; ++k) p[k] = parameters != nullptr ? parameters[k] : 0.0;
-    for (int k = 3; k < 6; ++k) p[k] = p[k] / 3600.0 / 180.0 * _plane7Pi;
-    p[6] = p[6] / 1000000.0;
+    for (int k = 3; k < 6; ++k) p[k] = _RadiansFromSecondsByHalfTurns(p[k], _keptPi);
+    p[6] = p[6] / _partsPerMillion;
+}
+
+// Calls correct(k, p, a1, f1, da, df) for the index k of every point of a
+// batch, with the working parameters p, the source ellipsoid and the change
+// to the target one. True unless x or y is null while count is positive.
+template <class Correct>
+bool _CorrectEachPoint(const double* p, double a1, double f1, double a2, double f2, double* x, double* y, int count,
+                       int step, Correct& correct) {
+    if (count <= 0) return true;
+    if (x == nullptr || y == nullptr) return false;
+    const double da = a2 - a1;
+    const double df = f2 - f1;
+    _ForEachPoint(count, [&](int i) { correct(PointIndex(i, step), p, a1, f1, da, df); });
+    return true;
 }
 
 }  // namespace
@@ -259,14 +257,7 @@ LmPlane7PatameterCoordinateTransformation::LmPlane7PatameterCoordinateTransforma
 }
 
 bool LmPlane7PatameterCoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
-    if (count <= 0) return true;
-    if (x == nullptr || y == nullptr) return false;
-    const double da = m_a2 - m_a1;
-    const double df = m_f2 - m_f1;
-    const double a = m_a1, f = m_f1;
-    const double* p = m_parameters;
-    _ForEachPoint(count, [=](int i) {
-        const std::ptrdiff_t k = PointIndex(i, step);
+    auto correct = [=](std::ptrdiff_t k, const double* p, double a, double f, double da, double df) {
         double c[16];
         _Plane7Parameter2D(c, a, f, x[k], y[k], da, df);
         // The longitude row has no scale or ellipsoid term in this model.
@@ -274,8 +265,8 @@ bool LmPlane7PatameterCoordinateTransformation::Transformation(double* x, double
         const double dB = vec_mul(3, c + 3, p) + vec_mul(3, c + 9, p + 3) + c[13] * p[6] + c[15];
         x[k] += dL;
         y[k] += dB;
-    });
-    return true;
+    };
+    return _CorrectEachPoint(m_parameters, m_a1, m_f1, m_a2, m_f2, x, y, count, step, correct);
 }
 
 LmPlane7PatameterCoordinateTransformation3D::LmPlane7PatameterCoordinateTransformation3D(
@@ -285,76 +276,45 @@ LmPlane7PatameterCoordinateTransformation3D::LmPlane7PatameterCoordinateTransfor
 
 bool LmPlane7PatameterCoordinateTransformation3D::Transformation(double* x, double* y, double* z, int count,
                                                                  int step) {
-    if (count <= 0) return true;
-    if (x == nullptr || y == nullptr) return false;
-    const double da = m_a2 - m_a1;
-    const double df = m_f2 - m_f1;
-    const double a = m_a1, f = m_f1;
-    const double* p = m_parameters;
-    _ForEachPoint(count, [=](int i) {
-        const std::ptrdiff_t k = PointIndex(i, step);
+    auto correct = [=](std::ptrdiff_t k, const double* p, double a, double f, double da, double df) {
         double c[24];
         _Plane7Parameter3D(c, a, f, x[k], y[k], z != nullptr ? z[k] : 0.0, da, df);
         x[k] += _d_3d(p, c, c + 18);
         y[k] += _d_3d(p, c + 3, c + 19);
         if (z != nullptr) z[k] += _d_3d(p, c + 6, c + 20);
-    });
-    return true;
+    };
+    return _CorrectEachPoint(m_parameters, m_a1, m_f1, m_a2, m_f2, x, y, count, step, correct);
 }
 
-void LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
-                                                               LmSpatialReference* target, int count, int dim,
-                                                               const double* sourcePoints,
-                                                               const double* targetPoints, double* parameters,
-                                                               double& meanError) {
-    _Estimate<_Model2D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
-}
+// The 2D and 3D estimators have the same three public forms, differing only
+// in name, shape and the dimension the checked form needs.
+#define LM_PLANE7_ESTIMATOR_FORMS(Name, Shape, minimumDim)                                                          \
+    void LmCoordinateTransformationFactory::Name(LmSpatialReference* source, LmSpatialReference* target, int count, \
+                                                 int dim, const double* sourcePoints, const double* targetPoints,   \
+                                                 double* parameters, double& meanError) {                           \
+        _EstimatePlane7<Shape>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError,       \
+                               nullptr);                                                                            \
+    }                                                                                                               \
+    double LmCoordinateTransformationFactory::Name(LmSpatialReference* source, LmSpatialReference* target,          \
+                                                   int count, int dim, const double* sourcePoints,                  \
+                                                   const double* targetPoints, double* parameters) {                \
+        double meanError = 0.0;                                                                                     \
+        Name(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError);                        \
+        return meanError;                                                                                           \
+    }                                                                                                               \
+    bool LmCoordinateTransformationFactory::Name(LmSpatialReference* source, LmSpatialReference* target, int count, \
+                                                 int dim, const double* sourcePoints, const double* targetPoints,   \
+                                                 LmEstimationResult& result) {                                      \
+        if (!_CheckedInput(count, dim, sourcePoints, targetPoints, minimumDim)) return false;                       \
+        double unused = 0.0;                                                                                        \
+        return _EstimatePlane7<Shape>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused,      \
+                                      &result);                                                                     \
+    }
 
-double LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
-                                                                 LmSpatialReference* target, int count, int dim,
-                                                                 const double* sourcePoints,
-                                                                 const double* targetPoints, double* parameters) {
-    double meanError = 0.0;
-    ComputePlane7Parameter(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError);
-    return meanError;
-}
+LM_PLANE7_ESTIMATOR_FORMS(ComputePlane7Parameter, _Shape2D, 2)
+LM_PLANE7_ESTIMATOR_FORMS(ComputePlane7Parameter3D, _Shape3D, 3)
 
-bool LmCoordinateTransformationFactory::ComputePlane7Parameter(LmSpatialReference* source,
-                                                               LmSpatialReference* target, int count, int dim,
-                                                               const double* sourcePoints,
-                                                               const double* targetPoints,
-                                                               LmEstimationResult& result) {
-    if (!_CheckedInput(count, dim, sourcePoints, targetPoints, 2)) return false;
-    double unused = 0.0;
-    return _Estimate<_Model2D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
-}
-
-void LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
-                                                                 LmSpatialReference* target, int count, int dim,
-                                                                 const double* sourcePoints,
-                                                                 const double* targetPoints, double* parameters,
-                                                                 double& meanError) {
-    _Estimate<_Model3D>(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError, nullptr);
-}
-
-double LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
-                                                                   LmSpatialReference* target, int count, int dim,
-                                                                   const double* sourcePoints,
-                                                                   const double* targetPoints, double* parameters) {
-    double meanError = 0.0;
-    ComputePlane7Parameter3D(source, target, count, dim, sourcePoints, targetPoints, parameters, meanError);
-    return meanError;
-}
-
-bool LmCoordinateTransformationFactory::ComputePlane7Parameter3D(LmSpatialReference* source,
-                                                                 LmSpatialReference* target, int count, int dim,
-                                                                 const double* sourcePoints,
-                                                                 const double* targetPoints,
-                                                                 LmEstimationResult& result) {
-    if (!_CheckedInput(count, dim, sourcePoints, targetPoints, 3)) return false;
-    double unused = 0.0;
-    return _Estimate<_Model3D>(source, target, count, dim, sourcePoints, targetPoints, nullptr, unused, &result);
-}
+#undef LM_PLANE7_ESTIMATOR_FORMS
 
 }  // namespace Kernel
 }  // namespace Lumora
