@@ -47,34 +47,28 @@ void BM_Plane4(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * n);
 }
 
-void BM_Bursa7(benchmark::State& state) {
+// The three seven-parameter estimators share one signature.
+using SevenParameterEstimator = double (*)(LmSpatialReference*, LmSpatialReference*, int, int, const double*,
+                                           const double*, double*);
+
+void _SevenParameters(benchmark::State& state, SevenParameterEstimator estimate) {
     const int n = static_cast<int>(state.range(0));
     ControlPoints c = _Points(n);
     double p[7];
-    for (auto _ : state)
-        benchmark::DoNotOptimize(LmCoordinateTransformationFactory::ComputeBursa7Parameter(
-            c.source, c.target, n, 3, c.from.data(), c.to.data(), p));
+    for (auto _ : state) benchmark::DoNotOptimize(estimate(c.source, c.target, n, 3, c.from.data(), c.to.data(), p));
     state.SetItemsProcessed(state.iterations() * n);
+}
+
+void BM_Bursa7(benchmark::State& state) {
+    _SevenParameters(state, &LmCoordinateTransformationFactory::ComputeBursa7Parameter);
 }
 
 void BM_Plane7(benchmark::State& state) {
-    const int n = static_cast<int>(state.range(0));
-    ControlPoints c = _Points(n);
-    double p[7];
-    for (auto _ : state)
-        benchmark::DoNotOptimize(LmCoordinateTransformationFactory::ComputePlane7Parameter(
-            c.source, c.target, n, 3, c.from.data(), c.to.data(), p));
-    state.SetItemsProcessed(state.iterations() * n);
+    _SevenParameters(state, &LmCoordinateTransformationFactory::ComputePlane7Parameter);
 }
 
 void BM_Plane7In3D(benchmark::State& state) {
-    const int n = static_cast<int>(state.range(0));
-    ControlPoints c = _Points(n);
-    double p[7];
-    for (auto _ : state)
-        benchmark::DoNotOptimize(LmCoordinateTransformationFactory::ComputePlane7Parameter3D(
-            c.source, c.target, n, 3, c.from.data(), c.to.data(), p));
-    state.SetItemsProcessed(state.iterations() * n);
+    _SevenParameters(state, &LmCoordinateTransformationFactory::ComputePlane7Parameter3D);
 }
 
 void BM_CheckedBursa7(benchmark::State& state) {

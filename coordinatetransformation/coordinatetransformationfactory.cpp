@@ -10,6 +10,8 @@
 #include <lmspatialreference/plane4parametertransformation.h>
 #include <lmspatialreference/plane7parametertransformation.h>
 
+#include "internal/estimationsupport.h"
+
 #include <cstddef>
 #include <cstring>
 #include <vector>
@@ -42,11 +44,8 @@ LmCoordinateTransformation* _Projection(LmSpatialReference* reference) {
 std::vector<double> _GeographicPoints(LmSpatialReference* reference, int count, int dim, const double* points) {
     std::vector<double> out;
     if (points == nullptr || count < 1 || dim < 1) return out;
-    out.assign(points, points + std::size_t(count) * dim);
-    if (_IsProjected(reference)) {
-        LmTransformationPtr unprojection(_Unprojection(reference));
-        unprojection->Transformation(points, count, dim, out.data());
-    }
+    out.resize(std::size_t(count) * dim);
+    _ToOwnGeographic(reference, count, dim, points, out.data());
     return out;
 }
 

@@ -1,7 +1,8 @@
-#include "fitting/estimationsupport.h"
+#include "internal/estimationsupport.h"
 
 #include <lmspatialreference/geocentricconversion.h>
 #include <lmspatialreference/matrixkit.h>
+#include <lmspatialreference/mymatrix.h>
 #include <lmspatialreference/projecttransformation.h>
 
 #include <cfloat>
@@ -27,10 +28,7 @@ const double _determinacyThreshold = 1e-14;
 // One set of pretrans: the input carried to geocentric coordinates in output.
 void _ToGeocentric(LmSpatialReference* reference, int count, int dim, const double* in, double* out) {
     if (reference != nullptr && reference->IsProjected()) {
-        LmSmarterPtr<LmSpatialReference> geographic = reference->Geographic();
-        LmSmarterPtr<LmCoordinateTransformation> unproject(
-            new LmProjectCoordinateTransformation(reference, geographic));
-        unproject->Transformation(in, count, dim, out);
+        _ToOwnGeographic(reference, count, dim, in, out);
         LmSmarterPtr<LmCoordinateTransformation> toGeocentric(
             new LmGeodeticToGeocentricCoordinateTransformation(reference));
         toGeocentric->Transformation(out, count, dim, out);
@@ -41,6 +39,37 @@ void _ToGeocentric(LmSpatialReference* reference, int count, int dim, const doub
     } else if (count > 0 && dim > 0 && in != nullptr && out != nullptr) {
         std::memmove(out, in, static_cast<std::size_t>(count) * static_cast<std::size_t>(dim) * sizeof(double));
     }
+}
+
+// The index of the longest of count residual vectors of dim values (the
+// first of equals); -1 when count is not positive.
+// Whether the symmetric n x n normal matrix N of the unknowns alone
+// determines them (see _AugmentedMatrixDetermines).
+bool _NormalMatrixDetermines(int n, const double* N) {
+    if (n < 1) return false;
+    std::vector<double> scale(n);
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j)
+            if (!std::isfinite(N[i * n + j])) return false;
+        const double diagonal = N[i * n + i];
+        if (!(diagonal > 0.0)) return false;
+        scale[i] = 1.0 / std::sqrt(diagonal);
+    }
+    // The classical estimators invert through LUPDecomp, which ends the
+    // process on an exactly zero pivot; mat_lu makes the same pivot choices
+    // with the same arithmetic and reports that pivot instead.
+    std::vector<double> factors(N, N + std::size_t(n) * n);
+    std::vector<int> order(n);
+    if (!mat_lu(n, factors.data(), order.data())) return false;
+    std::vector<double> scaled(std::size_t(n) * n);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) scaled[i * n + j] = N[i * n + j] * scale[i] * scale[j];
+    if (n == 1) return true;
+    std::vector<double> vectors(std::size_t(n) * n);
+    std::vector<double> values(n);
+    mat_eigen(n, scaled.data(), vectors.data(), values.data());
+    // The scaled matrix has trace n, so its largest eigenvalue lies in [1, n].
+    return values[n - 1] > _determinacyThreshold * values[0];
 }
 
 }  // namespace
@@ -58,6 +87,35 @@ void pretrans(LmSpatialReference* src, LmSpatialReference* dst, int count, int d
               const double* dstIn, double* srcOut, double* dstOut) {
     _ToGeocentric(src, count, dim, srcIn, srcOut);
     _ToGeocentric(dst, count, dim, dstIn, dstOut);
+}
+
+void _ToOwnGeographic(LmSpatialReference* reference, int count, int dim, const double* in, double* out) {
+    if (count <= 0 || dim <= 0 || in == nullptr || out == nullptr) return;
+    std::memmove(out, in, std::size_t(count) * std::size_t(dim) * sizeof(double));
+    if (reference != nullptr && reference->IsProjected()) {
+        LmSmarterPtr<LmSpatialReference> geographic = reference->Geographic();
+        LmSmarterPtr<LmCoordinateTransformation> unproject(
+            new LmProjectCoordinateTransformation(reference, geographic));
+        unproject->Transformation(in, count, dim, out);
+    }
+}
+
+_PointPairs::_PointPairs(Space space, LmSpatialReference* sourceReference, LmSpatialReference* targetReference,
+                         int count, int dim, const double* source, const double* target)
+    : m_dim(dim), m_source(source), m_target(target) {
+    if (space == eAsGiven) return;
+    const std::size_t values = std::size_t(count > 0 ? count : 0) * std::size_t(dim > 3 ? dim : 3);
+    m_sourceStorage.assign(values, 0.0);
+    m_targetStorage.assign(values, 0.0);
+    m_source = m_sourceStorage.data();
+    m_target = m_targetStorage.data();
+    if (space == eGeocentric) {
+        pretrans(sourceReference, targetReference, count, dim, source, target, m_sourceStorage.data(),
+                 m_targetStorage.data());
+    } else {
+        _ToOwnGeographic(sourceReference, count, dim, source, m_sourceStorage.data());
+        _ToOwnGeographic(targetReference, count, dim, target, m_targetStorage.data());
+    }
 }
 
 void mean_error(const double* computed, const double* target, int count, int dim, double& result) {
@@ -109,31 +167,42 @@ int _LongestResidual(int count, int dim, const double* residuals) {
     return worst;
 }
 
-bool _NormalMatrixDetermines(int n, const double* N) {
-    if (n < 1) return false;
-    std::vector<double> scale(n);
-    for (int i = 0; i < n; ++i) {
-        for (int j = 0; j < n; ++j)
-            if (!std::isfinite(N[i * n + j])) return false;
-        const double diagonal = N[i * n + i];
-        if (!(diagonal > 0.0)) return false;
-        scale[i] = 1.0 / std::sqrt(diagonal);
+bool _AugmentedMatrixDetermines(int n, const double* N) {
+    const int m = n - 1;
+    std::vector<double> unknowns(std::size_t(m > 0 ? m : 0) * m);
+    for (int i = 0; i < m; ++i) {
+        if (!std::isfinite(N[(i + 1) * n])) return false;
+        for (int j = 0; j < m; ++j) unknowns[std::size_t(i) * m + j] = N[(i + 1) * n + j + 1];
     }
-    // The classical estimators invert through LUPDecomp, which ends the
-    // process on an exactly zero pivot; mat_lu makes the same pivot choices
-    // with the same arithmetic and reports that pivot instead.
-    std::vector<double> factors(N, N + std::size_t(n) * n);
-    std::vector<int> order(n);
-    if (!mat_lu(n, factors.data(), order.data())) return false;
-    std::vector<double> scaled(std::size_t(n) * n);
-    for (int i = 0; i < n; ++i)
-        for (int j = 0; j < n; ++j) scaled[i * n + j] = N[i * n + j] * scale[i] * scale[j];
-    if (n == 1) return true;
-    std::vector<double> vectors(std::size_t(n) * n);
-    std::vector<double> values(n);
-    mat_eigen(n, scaled.data(), vectors.data(), values.data());
-    // The scaled matrix has trace n, so its largest eigenvalue lies in [1, n].
-    return values[n - 1] > _determinacyThreshold * values[0];
+    return _NormalMatrixDetermines(m, unknowns.data());
+}
+
+void _SolveNormalEquations(int n, const double* augmented, double* u) {
+    const int m = n - 1;
+    MyMatrix N(m, m);
+    MyMatrix w(m, 1);
+    for (int i = 0; i < m; ++i) {
+        for (int j = 0; j < m; ++j) N.data[i * m + j] = augmented[(i + 1) * n + j + 1];
+        w.data[i] = augmented[(i + 1) * n];
+    }
+    MyMatrix inverse(m, m);
+    N.inverse(inverse);
+    const MyMatrix solution = inverse * w;
+    for (int i = 0; i < m; ++i) u[i + 1] = solution.getxy(i, 0);
+}
+
+bool _SolveByMinimum(int n, const double* augmented, int count, double* u, double& meanError) {
+    meanError = _RootMeanSquareOfMinimum(mat_min2(n, augmented, u), count);
+    return std::isfinite(meanError);
+}
+
+void _FillResult(LmEstimationResult& result, const double* parameters, int parameterCount, double meanError,
+                 int dim, std::vector<double>& residuals, int count) {
+    result.parameters.assign(parameters, parameters + parameterCount);
+    result.meanError = meanError;
+    result.dimension = dim;
+    result.residuals.swap(residuals);
+    result.worstPoint = _LongestResidual(count, dim, result.residuals.data());
 }
 
 }  // namespace Kernel

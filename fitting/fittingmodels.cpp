@@ -1,7 +1,8 @@
 #include <lmspatialreference/fittingmodels.h>
 #include <lmspatialreference/fitting.h>
 
-#include "fitting/estimationsupport.h"
+#include "internal/estimationsupport.h"
+#include "internal/publishedunits.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -27,9 +28,9 @@ LmCube4Parameter* LmCube4Parameter::Create(double phi, double lambda, const doub
     m_p0 = p[0];
     m_p1 = p[1];
     m_p2 = p[2];
-    // The estimator publishes theta through this value of pi; converting back
+    // The estimator publishes theta through the kept pi; converting back
     // through the same one keeps the round trip exact.
-    m_theta = p[3] / 3600.0 / 180.0 * 3.1415926535897833;
+    m_theta = _RadiansFromSecondsByHalfTurns(p[3], _keptPi);
     return this;
 }
 
@@ -52,14 +53,14 @@ LmMolodensky7Parameter::LmMolodensky7Parameter()
 LmMolodensky7Parameter* LmMolodensky7Parameter::Create(const double* params, const double* centre) {
     const double none[7] = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
     const double* p = params ? params : none;
-    const double radiansPerSecond = 1.0 / 3600.0 * 3.141592653589793 / 180.0;
+    const double radiansPerSecond = _RadiansFromSeconds(1.0, _truePi);
     m_dX = p[0];
     m_dY = p[1];
     m_dZ = p[2];
     m_ex = p[3] * radiansPerSecond;
     m_ey = p[4] * radiansPerSecond;
     m_ez = p[5] * radiansPerSecond;
-    m_k = p[6] / 1000000.0 + 1.0;
+    m_k = p[6] / _partsPerMillion + 1.0;
     m_X0 = centre ? centre[0] : 0.0;
     m_Y0 = centre ? centre[1] : 0.0;
     m_Z0 = centre ? centre[2] : 0.0;

@@ -3,7 +3,8 @@
 // corrections of longitude and latitude).
 #include <lmspatialreference/coordinatetransformationfactory.h>
 
-#include "fitting/estimationsupport.h"
+#include "internal/estimationsupport.h"
+#include "internal/publishedunits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,8 +13,6 @@ namespace Lumora {
 namespace Kernel {
 
 namespace {
-
-const double _pi = 3.1415926535897833;
 
 // Projects four (x, y) pairs from a reference to another, in place.
 void _ProjectCorners(LmSpatialReference* from, LmSpatialReference* to, double* corners) {
@@ -53,8 +52,8 @@ bool LmCoordinateTransformationFactory::ComputeGridCoordinatesOffset(LmSpatialRe
 
     double result[8];
     for (int j = 0; j < 4; ++j) {
-        const double L = geographic[2 * j] / 180.0 * _pi;
-        const double B = geographic[2 * j + 1] / 180.0 * _pi;
+        const double L = geographic[2 * j] / 180.0 * _keptPi;
+        const double B = geographic[2 * j + 1] / 180.0 * _keptPi;
         const double sinB = std::sin(B);
         const double cosB = std::cos(B);
         const double sinL = std::sin(L);

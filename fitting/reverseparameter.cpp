@@ -3,6 +3,8 @@
 #include <lmspatialreference/coordinatetransformationfactory.h>
 #include <lmspatialreference/fitting.h>
 
+#include "internal/publishedunits.h"
+
 #include <cmath>
 
 namespace Lumora {
@@ -10,11 +12,10 @@ namespace Kernel {
 
 namespace {
 
-// The angle unit of the published parameters goes through this value of pi in
+// The angle unit of the published parameters goes through the kept pi in
 // both directions, so a reverse of a reverse gives the angle back exactly.
-const double _pi = 3.1415926535897833;
-const double _secondsPerRadian = 180.0 * 3600.0 / _pi;
-const double _radiansPerSecond = 1.0 / 3600.0 / 180.0 * _pi;
+const double _secondsPerRadian = _SecondsPerRadian(_keptPi);
+const double _radiansPerSecond = _RadiansFromSecondsByHalfTurns(1.0, _keptPi);
 
 // R^-1 of the n x n matrix R, and t' = R^-1 * t.
 void _InvertAndApply(int n, const double* R, const double* t, MyMatrix& inverse, double* tPrime) {
@@ -33,7 +34,7 @@ void _Reverse7(bool scaledRotations, const double* p, double* reverse) {
     const double ex = p[3] * _radiansPerSecond;
     const double ey = p[4] * _radiansPerSecond;
     const double ez = p[5] * _radiansPerSecond;
-    const double m = p[6] / 1000000.0;
+    const double m = p[6] / _partsPerMillion;
     double R[9];
     if (scaledRotations) {
         const double s = 1.0 + m;
@@ -57,12 +58,12 @@ void _Reverse7(bool scaledRotations, const double* p, double* reverse) {
     reverse[3] = inverse.getxy(1, 2) / rotationScale * _secondsPerRadian;
     reverse[4] = inverse.getxy(2, 0) / rotationScale * _secondsPerRadian;
     reverse[5] = inverse.getxy(0, 1) / rotationScale * _secondsPerRadian;
-    reverse[6] = (diagonal - 1.0) * 1000000.0;
+    reverse[6] = (diagonal - 1.0) * _partsPerMillion;
 }
 
 void _ReversePlane4(const double* p, double* reverse) {
     const double theta = p[2] * _radiansPerSecond;
-    const double k = 1.0 + p[3] / 1000000.0;
+    const double k = 1.0 + p[3] / _partsPerMillion;
     const double R[4] = {k * std::cos(theta), -k * std::sin(theta), k * std::sin(theta), k * std::cos(theta)};
     MyMatrix inverse;
     double tPrime[2];
@@ -73,12 +74,12 @@ void _ReversePlane4(const double* p, double* reverse) {
     reverse[0] = -tPrime[0];
     reverse[1] = -tPrime[0];
     reverse[2] = thetaPrime * _secondsPerRadian;
-    reverse[3] = (inverse.getxy(0, 0) / std::cos(thetaPrime) - 1.0) * 1000000.0;
+    reverse[3] = (inverse.getxy(0, 0) / std::cos(thetaPrime) - 1.0) * _partsPerMillion;
 }
 
 void _ReverseCube4(const double* p, const double* axis, double* reverse) {
-    const double phi = axis[0] / 180.0 * _pi;
-    const double lambda = axis[1] / 180.0 * _pi;
+    const double phi = axis[0] / 180.0 * _keptPi;
+    const double lambda = axis[1] / 180.0 * _keptPi;
     const double theta = p[3] * _radiansPerSecond;
     const double sinPhi = std::sin(phi);
     const double cosPhi = std::cos(phi);

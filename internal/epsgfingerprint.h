@@ -3,8 +3,8 @@
 // writes one fingerprint per code into the data folder's EPSG.index, and the
 // searches, which read the text being identified; so both sides always agree
 // on how a value was normalised.
-#ifndef LMSPATIALREFERENCE_EPSGFINGERPRINT_H
-#define LMSPATIALREFERENCE_EPSGFINGERPRINT_H
+#ifndef LMSPATIALREFERENCE_INTERNAL_EPSGFINGERPRINT_H
+#define LMSPATIALREFERENCE_INTERNAL_EPSGFINGERPRINT_H
 
 #include <cstdint>
 #include <string>
@@ -75,4 +75,4 @@ bool ParseFingerprint(const std::string& line, LmEPSGFingerprint& fingerprint);
 }  // namespace Kernel
 }  // namespace Lumora
 
-#endif  // LMSPATIALREFERENCE_EPSGFINGERPRINT_H
+#endif  // LMSPATIALREFERENCE_INTERNAL_EPSGFINGERPRINT_H

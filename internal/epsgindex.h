@@ -1,7 +1,7 @@
 // EPSG.index, the fingerprints of the EPSG codes (epsgfingerprint.h), read
 // once beside EPSG.txt and then only read, from any thread.
-#ifndef LMSPATIALREFERENCE_EPSGINDEX_H
-#define LMSPATIALREFERENCE_EPSGINDEX_H
+#ifndef LMSPATIALREFERENCE_INTERNAL_EPSGINDEX_H
+#define LMSPATIALREFERENCE_INTERNAL_EPSGINDEX_H
 
 #include "internal/epsgfingerprint.h"
 
@@ -37,4 +37,4 @@ private:
 }  // namespace Kernel
 }  // namespace Lumora
 
-#endif  // LMSPATIALREFERENCE_EPSGINDEX_H
+#endif  // LMSPATIALREFERENCE_INTERNAL_EPSGINDEX_H

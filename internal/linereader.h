@@ -1,6 +1,6 @@
 // Line reading shared by the catalogue's category files and the EPSG table.
-#ifndef LMSPATIALREFERENCE_LINEREADER_H
-#define LMSPATIALREFERENCE_LINEREADER_H
+#ifndef LMSPATIALREFERENCE_INTERNAL_LINEREADER_H
+#define LMSPATIALREFERENCE_INTERNAL_LINEREADER_H
 
 #include <lmspatialreference/utility.h>
 
@@ -74,4 +74,4 @@ inline bool ReadEPSGTable(std::istream& stream, std::map<int, Utility::LmString>
 }  // namespace Kernel
 }  // namespace Lumora
 
-#endif  // LMSPATIALREFERENCE_LINEREADER_H
+#endif  // LMSPATIALREFERENCE_INTERNAL_LINEREADER_H

@@ -1,6 +1,6 @@
 // Small pieces every family needs when it talks to GDAL/OGR directly.
-#ifndef LMSPATIALREFERENCE_OGRSUPPORT_H
-#define LMSPATIALREFERENCE_OGRSUPPORT_H
+#ifndef LMSPATIALREFERENCE_INTERNAL_OGRSUPPORT_H
+#define LMSPATIALREFERENCE_INTERNAL_OGRSUPPORT_H
 
 #include <lmspatialreference/utility.h>
 
@@ -107,4 +107,4 @@ inline bool WithinProjReach(double x, double y) {
 }  // namespace Kernel
 }  // namespace Lumora
 
-#endif  // LMSPATIALREFERENCE_OGRSUPPORT_H
+#endif  // LMSPATIALREFERENCE_INTERNAL_OGRSUPPORT_H

@@ -1,8 +1,8 @@
 // The one parallel batch driver of the library. Every class that runs a batch
 // in parallel goes through it, so the division of points among threads and the
 // way per-thread results are combined live in this file only.
-#ifndef LMSPATIALREFERENCE_PARALLELBATCH_H
-#define LMSPATIALREFERENCE_PARALLELBATCH_H
+#ifndef LMSPATIALREFERENCE_INTERNAL_PARALLELBATCH_H
+#define LMSPATIALREFERENCE_INTERNAL_PARALLELBATCH_H
 
 #include <omp.h>
 
@@ -85,4 +85,4 @@ inline std::ptrdiff_t PointIndex(int i, int step) { return static_cast<std::ptrd
 }  // namespace Kernel
 }  // namespace Lumora
 
-#endif  // LMSPATIALREFERENCE_PARALLELBATCH_H
+#endif  // LMSPATIALREFERENCE_INTERNAL_PARALLELBATCH_H

@@ -1,7 +1,7 @@
 // One allocation for a kit routine: a matrix copy in the leading double-sized
 // slots, followed by an index table or row pointers in the trailing slots.
-#ifndef LMSPATIALREFERENCE_FITTING_SCRATCHBLOCK_H
-#define LMSPATIALREFERENCE_FITTING_SCRATCHBLOCK_H
+#ifndef LMSPATIALREFERENCE_INTERNAL_SCRATCHBLOCK_H
+#define LMSPATIALREFERENCE_INTERNAL_SCRATCHBLOCK_H
 
 #include <cstddef>
 #include <memory>
@@ -23,4 +23,4 @@ private:
     std::unique_ptr<unsigned char[]> bytes_;
 };
 
-#endif  // LMSPATIALREFERENCE_FITTING_SCRATCHBLOCK_H
+#endif  // LMSPATIALREFERENCE_INTERNAL_SCRATCHBLOCK_H

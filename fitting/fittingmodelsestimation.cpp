@@ -5,7 +5,9 @@
 #include <lmspatialreference/fitting.h>
 #include <lmspatialreference/fittingmodels.h>
 
-#include "fitting/estimationsupport.h"
+#include "fitting/estimate.h"
+#include "internal/estimationsupport.h"
+#include "internal/publishedunits.h"
 
 #include <cmath>
 #include <cstddef>
@@ -52,91 +54,93 @@ void _Molodensky(double* N, const double* centre, const double* src, const doubl
     for (const double* row : rows) mat_vec_vec(8, row, row, N);
 }
 
-// Both control sets in geocentric coordinates, three doubles per point at
-// stride dim as the accumulators read them; the tail past what pretrans
-// writes stays 0, so no read is of unset memory.
-struct _GeocentricPairs {
-    std::vector<double> src;
-    std::vector<double> dst;
+// What the cube and Molodensky models share: their geocentric pairs, and
+// residuals of the published model itself, so that they are those of the
+// transformation a caller builds from the parameters.
+class _GeocentricMinimumModel {
+public:
+    explicit _GeocentricMinimumModel(const _PointPairs& pairs) : m_pairs(pairs) {}
 
-    _GeocentricPairs(LmSpatialReference* srcRef, LmSpatialReference* dstRef, int count, int dim,
-                     const double* srcPts, const double* dstPts)
-        : src(std::size_t(count) * (dim > 3 ? dim : 3), 0.0), dst(src.size(), 0.0) {
-        pretrans(srcRef, dstRef, count, dim, srcPts, dstPts, src.data(), dst.data());
+protected:
+    // Target minus the model applied to the source, 3 axes per point.
+    template <class PointModel>
+    int ResidualsOf(PointModel& model, int count, std::vector<double>& residuals) const {
+        residuals.assign(std::size_t(count) * 3, 0.0);
+        for (int i = 0; i < count; ++i) {
+            const double* s = m_pairs.Source(i);
+            const double* t = m_pairs.Target(i);
+            double x = s[0], y = s[1], z = s[2];
+            model.trans(x, y, z);
+            residuals[std::size_t(i) * 3] = t[0] - x;
+            residuals[std::size_t(i) * 3 + 1] = t[1] - y;
+            residuals[std::size_t(i) * 3 + 2] = t[2] - z;
+        }
+        return 3;
     }
+
+    const _PointPairs& m_pairs;
+};
+
+class _Cube4Model : public _GeocentricMinimumModel {
+public:
+    static const int unknowns = 4;
+
+    _Cube4Model(const _PointPairs& pairs, double phi, double lambda)
+        : _GeocentricMinimumModel(pairs), m_phi(phi), m_lambda(lambda) {}
+
+    void Accumulate(int count, double* N) const {
+        for (int i = 0; i < count; ++i)
+            _ComputeCube4Parameter(N, m_phi, m_lambda, m_pairs.Source(i), m_pairs.Target(i));
+    }
+    static bool Solve(const double* N, int count, double* u, double& meanError) {
+        return _SolveByMinimum(5, N, count, u, meanError);
+    }
+    static void Publish(const double* u, double* parameters) {
+        for (int k = 0; k < 4; ++k) parameters[k] = u[k + 1];
+        // Published through the kept pi, as every four-parameter angle.
+        parameters[3] *= _SecondsPerRadian(_keptPi);
+    }
+    int Residuals(int count, const double*, const double* parameters, std::vector<double>& residuals) const {
+        LmCube4Parameter model;
+        model.Create(m_phi, m_lambda, parameters);
+        return ResidualsOf(model, count, residuals);
+    }
+
+private:
+    double m_phi, m_lambda;
+};
+
+class _MolodenskyModel : public _GeocentricMinimumModel {
+public:
+    static const int unknowns = 7;
+
+    _MolodenskyModel(const _PointPairs& pairs, const double* centre)
+        : _GeocentricMinimumModel(pairs), m_centre(centre) {}
+
+    void Accumulate(int count, double* N) const {
+        for (int i = 0; i < count; ++i) _Molodensky(N, m_centre, m_pairs.Source(i), m_pairs.Target(i));
+    }
+    static bool Solve(const double* N, int count, double* u, double& meanError) {
+        return _SolveByMinimum(8, N, count, u, meanError);
+    }
+    static void Publish(const double* u, double* parameters) {
+        for (int k = 0; k < 7; ++k) parameters[k] = u[k + 1];
+        for (int k = 3; k < 6; ++k) parameters[k] *= _SecondsPerRadian(_truePi);
+        // The whole scale factor k is fitted; m is published.
+        parameters[6] = (parameters[6] - 1.0) * _partsPerMillion;
+    }
+    int Residuals(int count, const double*, const double* parameters, std::vector<double>& residuals) const {
+        LmMolodensky7Parameter model;
+        model.Create(parameters, m_centre);
+        return ResidualsOf(model, count, residuals);
+    }
+
+private:
+    const double* m_centre;
 };
 
 bool _UsableArguments(int count, int dim, const double* srcPts, const double* dstPts, const double* params) {
     return count > 0 && dim >= 2 && srcPts != nullptr && dstPts != nullptr && params != nullptr;
-}
-
-// The normal matrix of the unknowns alone: the augmented matrix without its
-// observation row and column, which an exact fit makes singular.
-bool _UnknownsDetermined(int n, const double* N) {
-    const int m = n - 1;
-    std::vector<double> unknowns(std::size_t(m) * m);
-    for (int i = 0; i < m; ++i)
-        for (int j = 0; j < m; ++j) unknowns[std::size_t(i) * m + j] = N[(i + 1) * n + j + 1];
-    return _NormalMatrixDetermines(m, unknowns.data());
-}
-
-bool _AllFinite(const std::vector<double>& values) {
-    for (double v : values)
-        if (!std::isfinite(v)) return false;
-    return true;
-}
-
-// Residuals target - fitted of the model over the geocentric pairs (dim 3).
-template <class Model>
-void _Residuals(Model& model, const _GeocentricPairs& pairs, int count, LmEstimationResult& result) {
-    result.dimension = 3;
-    result.residuals.assign(std::size_t(count) * 3, 0.0);
-    result.worstPoint = -1;
-    double worst = -1.0;
-    for (int i = 0; i < count; ++i) {
-        const std::size_t k = std::size_t(i) * 3;
-        double x = pairs.src[k];
-        double y = pairs.src[k + 1];
-        double z = pairs.src[k + 2];
-        model.trans(x, y, z);
-        const double r[3] = {pairs.dst[k] - x, pairs.dst[k + 1] - y, pairs.dst[k + 2] - z};
-        const double length2 = r[0] * r[0] + r[1] * r[1] + r[2] * r[2];
-        for (int a = 0; a < 3; ++a) result.residuals[k + a] = r[a];
-        if (length2 > worst) {
-            worst = length2;
-            result.worstPoint = i;
-        }
-    }
-}
-
-void _AccumulateCube4(const _GeocentricPairs& pairs, double phi, double lambda, int count, int dim, double* N) {
-    for (int i = 0; i < count; ++i) {
-        const std::size_t k = std::size_t(i) * dim;
-        _ComputeCube4Parameter(N, phi, lambda, pairs.src.data() + k, pairs.dst.data() + k);
-    }
-}
-
-void _AccumulateMolodensky(const _GeocentricPairs& pairs, const double* centre, int count, int dim, double* N) {
-    for (int i = 0; i < count; ++i) {
-        const std::size_t k = std::size_t(i) * dim;
-        _Molodensky(N, centre, pairs.src.data() + k, pairs.dst.data() + k);
-    }
-}
-
-void _SolveCube4(const double* N, int count, double* params, double& meanError) {
-    double u[5] = {1.0, 0.0, 0.0, 0.0, 0.0};
-    meanError = _RootMeanSquareOfMinimum(mat_min2(5, N, u), count);
-    for (int k = 0; k < 4; ++k) params[k] = u[k + 1];
-    // Published through this value of pi, as every four-parameter angle.
-    params[3] *= 3600.0 * 180.0 / 3.1415926535897833;
-}
-
-void _SolveMolodensky(const double* N, int count, double* params, double& meanError) {
-    double u[8] = {1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-    meanError = _RootMeanSquareOfMinimum(mat_min2(8, N, u), count);
-    for (int k = 0; k < 7; ++k) params[k] = u[k + 1];
-    for (int k = 3; k < 6; ++k) params[k] *= 3600.0 * 180.0 / 3.141592653589793;
-    params[6] = (params[6] - 1.0) * 1000000.0;
 }
 
 }  // namespace
@@ -149,10 +153,8 @@ void LmCoordinateTransformationFactory::ComputeCube4Parameter(LmSpatialReference
                                                               const double* srcPts, const double* dstPts,
                                                               double* params, double& meanError) {
     if (!_UsableArguments(count, dim, srcPts, dstPts, params)) return;
-    const _GeocentricPairs pairs(src, dst, count, dim, srcPts, dstPts);
-    double N[25] = {};
-    _AccumulateCube4(pairs, phi, lambda, count, dim, N);
-    _SolveCube4(N, count, params, meanError);
+    const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
+    _Estimate(_Cube4Model(pairs, phi, lambda), count, params, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputeCube4Parameter(LmSpatialReference* src, LmSpatialReference* dst,
@@ -170,21 +172,8 @@ bool LmCoordinateTransformationFactory::ComputeCube4Parameter(LmSpatialReference
                                                               LmEstimationResult& result) {
     if (dim != 3 || count < 2 || srcPts == nullptr || dstPts == nullptr) return false;
     if (!std::isfinite(phi) || !std::isfinite(lambda)) return false;
-    const _GeocentricPairs pairs(src, dst, count, dim, srcPts, dstPts);
-    if (!_AllFinite(pairs.src) || !_AllFinite(pairs.dst)) return false;
-    double N[25] = {};
-    _AccumulateCube4(pairs, phi, lambda, count, dim, N);
-    if (!_UnknownsDetermined(5, N)) return false;
-    double params[4];
-    double meanError = 0.0;
-    _SolveCube4(N, count, params, meanError);
-    if (!std::isfinite(meanError)) return false;
-    LmCube4Parameter model;
-    model.Create(phi, lambda, params);
-    result.parameters.assign(params, params + 4);
-    result.meanError = meanError;
-    _Residuals(model, pairs, count, result);
-    return true;
+    const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
+    return _Estimate(_Cube4Model(pairs, phi, lambda), count, result);
 }
 
 // ---------------------------------------------------------------------------
@@ -195,10 +184,8 @@ void LmCoordinateTransformationFactory::ComputeMolodenskyParameter(LmSpatialRefe
                                                                    const double* dstPts, double* params,
                                                                    double& meanError, const double* centre) {
     if (!_UsableArguments(count, dim, srcPts, dstPts, params)) return;
-    const _GeocentricPairs pairs(src, dst, count, dim, srcPts, dstPts);
-    double N[64] = {};
-    _AccumulateMolodensky(pairs, centre, count, dim, N);
-    _SolveMolodensky(N, count, params, meanError);
+    const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
+    _Estimate(_MolodenskyModel(pairs, centre), count, params, meanError, nullptr);
 }
 
 double LmCoordinateTransformationFactory::ComputeMolodenskyParameter(LmSpatialReference* src,
@@ -216,21 +203,8 @@ bool LmCoordinateTransformationFactory::ComputeMolodenskyParameter(LmSpatialRefe
                                                                    const double* centre) {
     if (dim != 3 || count < 3 || srcPts == nullptr || dstPts == nullptr) return false;
     if (centre && !(std::isfinite(centre[0]) && std::isfinite(centre[1]) && std::isfinite(centre[2]))) return false;
-    const _GeocentricPairs pairs(src, dst, count, dim, srcPts, dstPts);
-    if (!_AllFinite(pairs.src) || !_AllFinite(pairs.dst)) return false;
-    double N[64] = {};
-    _AccumulateMolodensky(pairs, centre, count, dim, N);
-    if (!_UnknownsDetermined(8, N)) return false;
-    double params[7];
-    double meanError = 0.0;
-    _SolveMolodensky(N, count, params, meanError);
-    if (!std::isfinite(meanError)) return false;
-    LmMolodensky7Parameter model;
-    model.Create(params, centre);
-    result.parameters.assign(params, params + 7);
-    result.meanError = meanError;
-    _Residuals(model, pairs, count, result);
-    return true;
+    const _PointPairs pairs(_PointPairs::eGeocentric, src, dst, count, dim, srcPts, dstPts);
+    return _Estimate(_MolodenskyModel(pairs, centre), count, result);
 }
 
 }  // namespace Kernel

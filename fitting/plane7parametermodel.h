@@ -4,8 +4,8 @@
 //
 // Longitude L = x and latitude B = y go to sine and cosine as they are.
 // rho is the number of seconds of arc in a radian.
-#ifndef LMSPATIALREFERENCE_FITTING_PLANE7PARAMETER_H
-#define LMSPATIALREFERENCE_FITTING_PLANE7PARAMETER_H
+#ifndef LMSPATIALREFERENCE_FITTING_PLANE7PARAMETERMODEL_H
+#define LMSPATIALREFERENCE_FITTING_PLANE7PARAMETERMODEL_H
 
 namespace Lumora {
 namespace Kernel {
@@ -46,4 +46,4 @@ double _d_3d(const double* p, const double* c, const double* s);
 }  // namespace Kernel
 }  // namespace Lumora
 
-#endif  // LMSPATIALREFERENCE_FITTING_PLANE7PARAMETER_H
+#endif  // LMSPATIALREFERENCE_FITTING_PLANE7PARAMETERMODEL_H

@@ -1,6 +1,7 @@
 #include <lmspatialreference/geocentricconversion.h>
 
-#include "fitting/estimationsupport.h"
+#include "internal/estimationsupport.h"
+#include "internal/publishedunits.h"
 
 #include <cmath>
 #include <cstddef>
@@ -10,40 +11,28 @@ namespace Kernel {
 
 namespace {
 
-const double _pi = 3.141592653589793;
-
 // The iteration converges in a handful of steps for every finite point off
 // the polar axis; the cap only stops inputs that never settle.
 const int _latitudeIterationLimit = 1000;
 
+// Calls point(k, a, e2) for the index k of every point of a batch on the
+// ellipsoid of semi-major axis a and flattening f (e2 = 2f - f^2). True
+// unless x or y is null while count is positive.
+template <class Point>
+bool _OnEllipsoid(double a, double f, double* x, double* y, int count, int step, Point&& point) {
+    if (count <= 0) return true;
+    if (x == nullptr || y == nullptr) return false;
+    const double e2 = 2.0 * f - f * f;
+    _ForEachPoint(count, [&](int i) { point(PointIndex(i, step), a, e2); });
+    return true;
+}
+
 }  // namespace
 
+// Both conversions read the ellipsoid once and share the checks of a batch.
 LmGeodeticToGeocentricCoordinateTransformation::LmGeodeticToGeocentricCoordinateTransformation(
     LmSpatialReference* reference) {
     _EllipsoidOf(reference, m_a, m_f);
-}
-
-double LmGeodeticToGeocentricCoordinateTransformation::SemiMajorAxis() const { return m_a; }
-double LmGeodeticToGeocentricCoordinateTransformation::Flattening() const { return m_f; }
-
-bool LmGeodeticToGeocentricCoordinateTransformation::Transformation(double* x, double* y, double* z, int count,
-                                                                    int step) {
-    if (count <= 0) return true;
-    if (x == nullptr || y == nullptr) return false;
-    const double a = m_a;
-    const double e2 = 2.0 * m_f - m_f * m_f;
-    _ForEachPoint(count, [=](int i) {
-        const std::ptrdiff_t k = PointIndex(i, step);
-        const double L = x[k] * _pi / 180.0;
-        const double B = y[k] * _pi / 180.0;
-        const double h = z != nullptr ? z[k] : 0.0;
-        const double sinB = std::sin(B);
-        const double N = a / std::sqrt(1.0 - e2 * sinB * sinB);
-        x[k] = std::cos(B) * std::cos(L) * (N + h);
-        y[k] = std::cos(B) * std::sin(L) * (N + h);
-        if (z != nullptr) z[k] = sinB * ((1.0 - e2) * N + h);
-    });
-    return true;
 }
 
 LmGeocentricToGeodeticCoordinateTransformation::LmGeocentricToGeodeticCoordinateTransformation(
@@ -51,17 +40,28 @@ LmGeocentricToGeodeticCoordinateTransformation::LmGeocentricToGeodeticCoordinate
     _EllipsoidOf(reference, m_a, m_f);
 }
 
+double LmGeodeticToGeocentricCoordinateTransformation::SemiMajorAxis() const { return m_a; }
 double LmGeocentricToGeodeticCoordinateTransformation::SemiMajorAxis() const { return m_a; }
+double LmGeodeticToGeocentricCoordinateTransformation::Flattening() const { return m_f; }
 double LmGeocentricToGeodeticCoordinateTransformation::Flattening() const { return m_f; }
+
+bool LmGeodeticToGeocentricCoordinateTransformation::Transformation(double* x, double* y, double* z, int count,
+                                                                    int step) {
+    return _OnEllipsoid(m_a, m_f, x, y, count, step, [=](std::ptrdiff_t k, double a, double e2) {
+        const double L = x[k] * _truePi / 180.0;
+        const double B = y[k] * _truePi / 180.0;
+        const double h = z != nullptr ? z[k] : 0.0;
+        const double sinB = std::sin(B);
+        const double N = a / std::sqrt(1.0 - e2 * sinB * sinB);
+        x[k] = std::cos(B) * std::cos(L) * (N + h);
+        y[k] = std::cos(B) * std::sin(L) * (N + h);
+        if (z != nullptr) z[k] = sinB * ((1.0 - e2) * N + h);
+    });
+}
 
 bool LmGeocentricToGeodeticCoordinateTransformation::Transformation(double* x, double* y, double* z, int count,
                                                                     int step) {
-    if (count <= 0) return true;
-    if (x == nullptr || y == nullptr) return false;
-    const double a = m_a;
-    const double e2 = 2.0 * m_f - m_f * m_f;
-    _ForEachPoint(count, [=](int i) {
-        const std::ptrdiff_t k = PointIndex(i, step);
+    return _OnEllipsoid(m_a, m_f, x, y, count, step, [=](std::ptrdiff_t k, double a, double e2) {
         const double X = x[k];
         const double Y = y[k];
         const double Z = z != nullptr ? z[k] : 0.0;
@@ -85,12 +85,11 @@ bool LmGeocentricToGeodeticCoordinateTransformation::Transformation(double* x, d
         }
         if (!settled) return;  // left as it was
         double lambda = std::atan(Y / X);
-        if (lambda < 0.0) lambda = -lambda * 180.0 / _pi;
+        if (lambda < 0.0) lambda = -lambda * 180.0 / _truePi;
         x[k] = 180.0 - lambda;
-        y[k] = phiNew / _pi * 180.0;
+        y[k] = phiNew / _truePi * 180.0;
         if (z != nullptr) z[k] = h;
     });
-    return true;
 }
 
 }  // namespace Kernel
