@@ -23,7 +23,10 @@ namespace Kernel {
 // fails, every point is copied again and transformed on its own, so that a
 // chain that stopped at a failing member still delivers its other points;
 // each point then ends exactly as a one-point call leaves it (for a
-// projection, the same values the batch gives). Returns true when every
+// projection, the same values the batch gives). The reverse China offsets,
+// whose batch leaves a point it cannot solve as it was yet succeeds, report
+// such a point as failed here (it keeps its source values, as in the batch).
+// Returns true when every
 // point succeeded; false, writing nothing, for null arrays, a z without a
 // source z (or the reverse), a negative count or a step below 1.
 LM_API bool TransformWithOutcomes(LmCoordinateTransformation& transformation, const double* sourceX,
