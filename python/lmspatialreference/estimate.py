@@ -12,7 +12,8 @@ easting first), and returns an ``Estimate``::
     x, y, z = fit.transformer.transform(lon, lat, h)
 
 Shifts are in metres, rotations in seconds of arc, the scale change in parts
-per million, axis and centre angles in degrees, centres in metres. Points that cannot determine the parameters raise ValueError.
+per million, a rotation axis in degrees of latitude and longitude, a centre in
+geocentric metres. Points that cannot determine the parameters raise ValueError.
 """
 
 import numpy as _np
