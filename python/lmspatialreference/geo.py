@@ -99,10 +99,12 @@ def _geometries(transformer, geometries):
     """A list of the geometries transformed with one batch for 2-D and one for 3-D coordinates."""
     from shapely.geometry import Point
 
-    if geometries and all(type(g) is Point for g in geometries):
-        moved = _points(transformer, geometries)
+    present = [g for g in geometries if g is not None]
+    if present and all(type(g) is Point for g in present):
+        moved = _points(transformer, present)
         if moved is not None:
-            return moved
+            moved = iter(moved)
+            return [None if g is None else next(moved) for g in geometries]
     two, three = [], []
     for geometry in geometries:
         _parts(geometry, two, three)
