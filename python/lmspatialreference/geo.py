@@ -168,9 +168,10 @@ def to_crs(frame_or_geometry, crs_to, crs_from=None, precision=0.001):
                         f"not {type(obj).__name__}")
     transformer = given or Transformer.from_crs(_source(obj, crs_from), crs_to, precision)
     series = obj.geometry if isinstance(obj, gpd.GeoDataFrame) else obj
-    # A GeometryArray made from an object array of the new geometries: a list
-    # would have GeoPandas check every element again.
-    geometries = _geometries(transformer, list(series))
+    # The geometries in and out through object arrays: iterating a GeoSeries
+    # goes through GeoPandas element by element, and a GeoSeries made from a
+    # list checks every element again.
+    geometries = _geometries(transformer, series.to_numpy().tolist())
     column = _np.empty(len(geometries), dtype=object)
     for i, geometry in enumerate(geometries):
         column[i] = geometry
