@@ -76,7 +76,7 @@ constexpr _ReverseOffset _fromBD09{WGS84ToBD09, _QuarterSquaredDistance, false};
 // threads share read-only; records each point's outcome when transformed is
 // not null. Returns the number of points solved.
 int _UnoffsetAll(const _ReverseOffset& offset, double metres, double* x, double* y, int count, int step,
-              unsigned char* transformed) {
+                 unsigned char* transformed) {
     const LmGeodesic krasovsky(6378245.0, 298.3);  // Krasovsky 1940, the ellipsoid of the offsets
     return ParallelSum<int>(count, [&](int begin, int end) {
         int solved = 0;

@@ -40,7 +40,7 @@ using Float64Array = py::array_t<double, py::array::c_style>;
 
 // What an array argument must be, beyond float64 values.
 struct ArrayRule {
-    enum Columns { vector, pairs, points } columns;  // 1-D, (n, 2), or (n, 2) / (n, 3)
+    enum Columns { vector, pairs, points, records } columns;  // 1-D, (n, 2), (n, 2) / (n, 3), (n, d >= 2)
     py::ssize_t length = -1;                         // the rows (or elements) required; -1 for any
     bool contiguous = false;                         // read in place through a raw pointer
     bool written = false;                            // written in place: contiguous and writable too

@@ -16,15 +16,17 @@ std::string ShapeText(const ArrayRule& rule) {
     switch (rule.columns) {
         case ArrayRule::vector: return "(" + rows + ",)";
         case ArrayRule::pairs: return "(" + rows + ", 2)";
-        case ArrayRule::points: break;
+        case ArrayRule::points: return "(" + rows + ", 2) or (" + rows + ", 3)";
+        case ArrayRule::records: break;
     }
-    return "(" + rows + ", 2) or (" + rows + ", 3)";
+    return "(" + rows + ", d), d >= 2";
 }
 
 bool HasShape(const py::array& array, const ArrayRule& rule) {
     if (rule.length >= 0 && (array.ndim() < 1 || array.shape(0) != rule.length)) return false;
     if (rule.columns == ArrayRule::vector) return array.ndim() == 1;
     if (array.ndim() != 2) return false;
+    if (rule.columns == ArrayRule::records) return array.shape(1) >= 2;
     return array.shape(1) == 2 || (rule.columns == ArrayRule::points && array.shape(1) == 3);
 }
 
