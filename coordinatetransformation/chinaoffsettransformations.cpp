@@ -5,6 +5,7 @@
 #include <lmspatialreference/geodesics.h>
 
 #include "coordinatetransformation/chinaoffsetformula.h"
+#include "coordinatetransformation/reverseoffsetoutcomes.h"
 #include "internal/parallelbatch.h"
 
 #include <cmath>
@@ -45,8 +46,8 @@ bool _ForEachPoint(double* x, double* y, int count, int step, Handle&& handle) {
 // Solves f(estimate) = (x, y) for one point, starting from the point itself,
 // to the tolerance that a move of `metres` due north spans there on the
 // Krasovsky ellipsoid. The point is left as it is when the tolerance is not
-// positive or the iteration fails.
-void _Unoffset(const LmGeodesic& krasovsky, double metres, PointMapping f, SquaredTolerance squaredTolerance,
+// positive or the iteration fails; false then.
+bool _Unoffset(const LmGeodesic& krasovsky, double metres, PointMapping f, SquaredTolerance squaredTolerance,
                double& x, double& y) {
     const double target[2] = {x, y};
     double estimate[2] = {x, y};
@@ -54,14 +55,41 @@ void _Unoffset(const LmGeodesic& krasovsky, double metres, PointMapping f, Squar
     double y2 = y;
     krasovsky.Direct(x, y, 0.0, metres, &x2, &y2, nullptr);
     const double eps = squaredTolerance(x - x2, y - y2);
-    if (!(eps > 0.0)) return;
-    if (!xymap_r(2, target, estimate, f, eps, nullptr)) return;
+    if (!(eps > 0.0)) return false;
+    if (!xymap_r(2, target, estimate, f, eps, nullptr)) return false;
     x = estimate[0];
     y = estimate[1];
+    return true;
 }
 
-// The ellipsoid of the offsets, Krasovsky 1940.
-LmGeodesic _Krasovsky() { return LmGeodesic(6378245.0, 298.3); }
+// What tells the two reverse offsets apart.
+struct _ReverseOffset {
+    PointMapping forward;
+    SquaredTolerance squaredTolerance;
+    bool onlyInChina;  // points outside China are GCJ-02 and WGS 84 alike
+};
+
+constexpr _ReverseOffset _fromGCJ02{WGS84ToGCJ02, _HalfLargerDifferenceSquared, true};
+constexpr _ReverseOffset _fromBD09{WGS84ToBD09, _QuarterSquaredDistance, false};
+
+// Solves every point of the batch in parallel, on a geodesic object all
+// threads share read-only; records each point's outcome when transformed is
+// not null. Returns the number of points solved.
+int _UnoffsetAll(const _ReverseOffset& offset, double metres, double* x, double* y, int count, int step,
+                 unsigned char* transformed) {
+    const LmGeodesic krasovsky(6378245.0, 298.3);  // Krasovsky 1940, the ellipsoid of the offsets
+    return ParallelSum<int>(count, [&](int begin, int end) {
+        int solved = 0;
+        for (int i = begin; i < end; ++i) {
+            const std::ptrdiff_t at = PointIndex(i, step);
+            const bool done = (offset.onlyInChina && outOfChina(x[at], y[at])) ||
+                              _Unoffset(krasovsky, metres, offset.forward, offset.squaredTolerance, x[at], y[at]);
+            if (transformed) transformed[i] = done ? 1 : 0;
+            solved += done ? 1 : 0;
+        }
+        return solved;
+    });
+}
 
 }  // namespace
 
@@ -86,24 +114,27 @@ void LmGCJ02ToWGS84CoordinateTransformation::Precision(double value) {
     m_precision = magnitude > 0.0 ? magnitude : 0.001;
 }
 
+// A point that cannot be solved stays as it was, silently: the batch reports
+// true whatever the points did.
 bool LmGCJ02ToWGS84CoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
-    const LmGeodesic krasovsky = _Krasovsky();
-    const double metres = Precision();
-    return _ForEachPoint(x, y, count, step, [&](double& px, double& py) {
-        if (outOfChina(px, py)) return;
-        _Unoffset(krasovsky, metres, WGS84ToGCJ02, _HalfLargerDifferenceSquared, px, py);
-    });
+    if (x == nullptr || y == nullptr) return false;
+    _UnoffsetAll(_fromGCJ02, Precision(), x, y, count, step, nullptr);
+    return true;
 }
 
 LmBD09ToWGS84CoordinateTransformation::LmBD09ToWGS84CoordinateTransformation(double precision)
     : LmGCJ02ToWGS84CoordinateTransformation(precision) {}
 
 bool LmBD09ToWGS84CoordinateTransformation::Transformation(double* x, double* y, double*, int count, int step) {
-    const LmGeodesic krasovsky = _Krasovsky();
-    const double metres = Precision();
-    return _ForEachPoint(x, y, count, step, [&](double& px, double& py) {
-        _Unoffset(krasovsky, metres, WGS84ToBD09, _QuarterSquaredDistance, px, py);
-    });
+    if (x == nullptr || y == nullptr) return false;
+    _UnoffsetAll(_fromBD09, Precision(), x, y, count, step, nullptr);
+    return true;
+}
+
+int ReverseOffsetWithOutcomes(const LmGCJ02ToWGS84CoordinateTransformation& transformation, double* x, double* y,
+                              int count, int step, unsigned char* transformed) {
+    const bool fromBD09 = dynamic_cast<const LmBD09ToWGS84CoordinateTransformation*>(&transformation) != nullptr;
+    return _UnoffsetAll(fromBD09 ? _fromBD09 : _fromGCJ02, transformation.Precision(), x, y, count, step, transformed);
 }
 
 }  // namespace Kernel

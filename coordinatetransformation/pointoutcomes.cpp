@@ -1,5 +1,6 @@
 #include <lmspatialreference/pointoutcomes.h>
 
+#include "coordinatetransformation/reverseoffsetoutcomes.h"
 #include "internal/parallelbatch.h"
 
 #include <algorithm>
@@ -24,7 +25,14 @@ bool TransformWithOutcomes(LmCoordinateTransformation& transformation, const dou
     if (!sourceX || !sourceY || !x || !y || !transformed || (sourceZ == nullptr) != (z == nullptr)) return false;
     if (count < 0 || step < 1) return false;
 
-    for (int i = 0; i < count; ++i) _CopyPoint(sourceX, sourceY, sourceZ, x, y, z, PointIndex(i, step));
+    // In the blocks a parallel batch gives each thread, so that a large copy
+    // takes its share of the cores and each thread first touches the memory
+    // it then transforms.
+    ParallelPoints(count, [=](int i) { _CopyPoint(sourceX, sourceY, sourceZ, x, y, z, PointIndex(i, step)); });
+    // The reverse offsets report success for points they could not solve.
+    if (const auto* reverse = dynamic_cast<const LmGCJ02ToWGS84CoordinateTransformation*>(&transformation)) {
+        return ReverseOffsetWithOutcomes(*reverse, x, y, count, step, transformed) == count;
+    }
     if (transformation.Transformation(x, y, z, count, step)) {
         std::fill(transformed, transformed + count, 1);
         return true;

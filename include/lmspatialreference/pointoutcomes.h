@@ -24,9 +24,12 @@ namespace Kernel {
 /// fails, every point is copied again and transformed on its own, so that a
 /// chain that stopped at a failing member still delivers its other points;
 /// each point then ends exactly as a one-point call leaves it (for a
-/// projection, the same values the batch gives). Returns true when every
-/// point succeeded; false, writing nothing, for null arrays, a z without a
-/// source z (or the reverse), a negative count or a step below 1.
+/// projection, the same values the batch gives). The reverse China offsets,
+/// whose batch leaves a point it cannot solve as it was yet succeeds, report
+/// such a point as failed here (it keeps its source values, as in the batch).
+/// Returns true when every point succeeded; false, writing nothing, for null
+/// arrays, a z without a source z (or the reverse), a negative count or a
+/// step below 1.
 LM_API bool TransformWithOutcomes(LmCoordinateTransformation& transformation, const double* sourceX,
                                   const double* sourceY, const double* sourceZ, double* x, double* y, double* z,
                                   int count, int step, unsigned char* transformed);

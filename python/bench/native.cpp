@@ -1,24 +1,13 @@
 // The C++ side of the Python benchmark: the same batch call the module makes,
 // timed in C++, so the binding's own cost shows as the difference.
-#include <pybind11/numpy.h>
-#include <pybind11/pybind11.h>
 
-#include <lmspatialreference/lmspatialreference.h>
+// The module's own holder declaration, so that both modules share the
+// transformation types.
+#include "../src/binding.h"
 
 #include <chrono>
 
-namespace py = pybind11;
-using namespace Lumora::Kernel;
-
-PYBIND11_DECLARE_HOLDER_TYPE(T, Lumora::Utility::LmSmarterPtr<T>, true)
-namespace pybind11 {
-namespace detail {
-template <typename T>
-struct holder_helper<Lumora::Utility::LmSmarterPtr<T>> {
-    static T* get(const Lumora::Utility::LmSmarterPtr<T>& p) { return p; }
-};
-}  // namespace detail
-}  // namespace pybind11
+using namespace LmPython;
 
 PYBIND11_MODULE(_lmbench, m) {
     py::module_::import("lmspatialreference");  // registers the transformation types

@@ -9,8 +9,9 @@ library's configuration.
 Beneath them, the bindings of liblmspatialreference. Spatial references and
 transformations keep the C++ class names; methods and properties are
 snake_case. Transformations work in place on NumPy float64 arrays of shape
-(n, 2) or (n, 3), with the GIL released, and pickle by their definition so
-they can be shipped to other processes (see ``lmspatialreference.dask``).
+(n, 2) or (n, 3), with the GIL released. References, transformations and
+pyramids pickle by their definition, so they can be shipped to other
+processes (see ``lmspatialreference.dask``).
 """
 
 import pickle as _pickle
@@ -20,10 +21,12 @@ from . import _lmspatialreference as _native
 
 __all__ = [name for name in dir(_native) if not name.startswith("_")]
 
-# How a transformation is rebuilt elsewhere: the name of its maker in _MAKERS
-# with the positional and keyword arguments it was made with. Constructors
-# and the factory record them; mutators that change the definition record
-# again, and classes that can tell their definition are asked instead.
+# The one way every object of this module pickles: as the name of its maker
+# in _MAKERS with the positional and keyword arguments that make it again.
+# References and pyramids tell their state themselves; transformations are
+# recorded by their constructors and the factory, mutators that change the
+# definition record again, and classes that can tell their definition are
+# asked instead.
 _MAKERS = {}
 
 
@@ -93,8 +96,16 @@ def _recording_static(cls, method):
     _MAKERS[name] = made
 
 
+def _reduce_state(self):
+    return _rebuild, (f"{type(self).__name__}._from_state", (self._state(),))
+
+
 def _install_pickling():
     T = _native
+    for cls in (T.LmSpatialReference, T.LmPyramid, T.LmMultiPyramid):
+        _MAKERS[f"{cls.__name__}._from_state"] = cls._from_state
+        cls.__reduce__ = _reduce_state
+
     T.LmCoordinateTransformation.__reduce__ = _reduce_recorded
     for cls in (T.LmProjectCoordinateTransformation, T.LmParameterProjectCoordinateTransformation,
                 T.LmWGS84ToGCJ02CoordinateTransformation, T.LmWGS84ToBD09CoordinateTransformation,

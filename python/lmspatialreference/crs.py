@@ -66,6 +66,11 @@ def _reference(value):
     raise TypeError(f"a CRS is made from an EPSG code, a text or a path, not {type(value).__name__}")
 
 
+def _of_reference(attribute, doc):
+    """A read-only property answered by the reference behind the CRS."""
+    return property(lambda self: getattr(self._ref, attribute), doc=doc)
+
+
 class CRS:
     """A coordinate reference system.
 
@@ -109,22 +114,10 @@ class CRS:
         """The ``LmSpatialReference`` behind this CRS."""
         return self._ref
 
-    @property
-    def name(self):
-        return self._ref.name
-
-    @property
-    def is_geographic(self):
-        return self._ref.is_geographic
-
-    @property
-    def is_projected(self):
-        return self._ref.is_projected
-
-    @property
-    def ellipsoid(self):
-        """The ellipsoid's name."""
-        return self._ref.ellipsoid
+    name = _of_reference("name", "The reference's name.")
+    is_geographic = _of_reference("is_geographic", "True for longitude and latitude.")
+    is_projected = _of_reference("is_projected", "True for a map projection.")
+    ellipsoid = _of_reference("ellipsoid", "The ellipsoid's name.")
 
     def to_epsg(self):
         """The EPSG code the reference carries or that the library's table gives, else None."""

@@ -12,7 +12,8 @@ easting first), and returns an ``Estimate``::
     x, y, z = fit.transformer.transform(lon, lat, h)
 
 Shifts are in metres, rotations in seconds of arc, the scale change in parts
-per million. Points that cannot determine the parameters raise ValueError.
+per million, a rotation axis in degrees of latitude and longitude, a centre in
+geocentric metres. Points that cannot determine the parameters raise ValueError.
 """
 
 import numpy as _np
@@ -24,6 +25,7 @@ from .transformer import Transformer, _factory
 _F = _native.LmCoordinateTransformationFactory
 _SEVEN = ("dx", "dy", "dz", "rx", "ry", "rz", "scale_ppm")
 _PLANE4 = ("dx", "dy", "rotation", "scale_ppm")
+_CUBE4 = ("dx", "dy", "dz", "rotation")
 
 
 class Estimate:
@@ -65,8 +67,8 @@ def _pair(source, target, least):
     return source, target
 
 
-def _reverse(kind, parameters):
-    reverse = _F.compute_reverse_parameter(kind, parameters)
+def _reverse(kind, parameters, axis=None):
+    reverse = _F.compute_reverse_parameter(kind, parameters, axis)
     return None if reverse is None else list(reverse)
 
 
@@ -123,4 +125,51 @@ def plane7(source_points, target_points, crs_from, crs_to):
                else "create_plane7_patameter_coordinate_transformation")
     transformer = Transformer((_factory, (creator, crs_from.reference, crs_to.reference, list(result.parameters))),
                               crs_from, crs_to)
+    return Estimate(_SEVEN, result, transformer)
+
+
+def _axis(axis):
+    """(latitude, longitude) in degrees of a rotation axis, checked."""
+    try:
+        latitude, longitude = (float(v) for v in axis)
+    except (TypeError, ValueError):
+        raise TypeError(f"axis must be (latitude, longitude) in degrees, not {axis!r}") from None
+    if not (abs(latitude) <= 90 and abs(longitude) <= 360):
+        raise ValueError(f"axis must be (latitude, longitude) in degrees, not {axis!r}")
+    return latitude, longitude
+
+
+def cube4(source_points, target_points, crs_from, crs_to, axis):
+    """The cube four parameters between two CRSs from points with heights ((n, 3)): shifts dx, dy,
+    dz and a rotation (seconds of arc) about the axis through the Earth's centre and the point
+    ``axis`` = (latitude, longitude) in degrees. Residuals are geocentric metres."""
+    source, target = _pair(source_points, target_points, 2)
+    crs_from, crs_to = CRS(crs_from), CRS(crs_to)
+    latitude, longitude = _axis(axis)
+    phi, lam = _np.radians(latitude), _np.radians(longitude)
+    result = _F.compute_cube4_parameter(crs_from.reference, crs_to.reference, phi, lam, source, target)
+    values = list(result.parameters)
+    back = _reverse(_native.eCube4Parameter, values, [latitude, longitude])
+    creator = "create_cube4_patameter_coordinate_transformation"
+    transformer = Transformer(
+        (_factory, (creator, crs_from.reference, crs_to.reference, phi, lam, values)), crs_from, crs_to,
+        None if back is None else (_factory, (creator, crs_to.reference, crs_from.reference, phi, lam, back)))
+    return Estimate(_CUBE4, result, transformer)
+
+
+def molodensky(source_points, target_points, crs_from, crs_to, centre=None):
+    """The Molodensky seven parameters between two CRSs from points with heights ((n, 3)), the
+    rotations and scale acting about ``centre`` (geocentric X, Y, Z in metres; None for the
+    Earth's centre). Residuals are geocentric metres. The Transformer has no inverse."""
+    source, target = _pair(source_points, target_points, 3)
+    crs_from, crs_to = CRS(crs_from), CRS(crs_to)
+    if centre is not None:
+        centre = _np.asarray(centre, dtype=_np.float64).reshape(-1)
+        if centre.shape != (3,) or not _np.isfinite(centre).all():
+            raise ValueError(f"centre must be three finite geocentric coordinates, not {centre!r}")
+        centre = list(centre)
+    result = _F.compute_molodensky_parameter(crs_from.reference, crs_to.reference, source, target, centre)
+    values = list(result.parameters)
+    transformer = Transformer((_factory, ("create_molodensky_coordinate_transformation", crs_from.reference,
+                                          crs_to.reference, values, centre)), crs_from, crs_to)
     return Estimate(_SEVEN, result, transformer)

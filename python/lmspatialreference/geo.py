@@ -56,8 +56,55 @@ def _apply(transformer, points):
     return _np.column_stack(columns)
 
 
+# A point in the little-endian WKB that GEOS writes: byte order, type, x, y
+# (and z). The 3-D type carries the EWKB flag or the ISO offset.
+_WKB_POINT = {2: _np.dtype([("order", "u1"), ("type", "<u4"), ("x", "<f8"), ("y", "<f8")]),
+              3: _np.dtype([("order", "u1"), ("type", "<u4"), ("x", "<f8"), ("y", "<f8"), ("z", "<f8")])}
+_WKB_POINT_TYPES = {2: (1,), 3: (0x80000001, 1001)}
+_WKB_COLLECTION_HEADER = 9  # byte order, type, count
+
+
+def _point_coordinates(points):
+    """The coordinates of shapely Points as an (n, 2) or (n, 3) array, read from one WKB text of
+    them all; None when they mix 2-D and 3-D or include an empty point."""
+    from shapely.geometry import GeometryCollection
+
+    wkb = GeometryCollection(points).wkb
+    for dimension, record in _WKB_POINT.items():
+        if len(wkb) != _WKB_COLLECTION_HEADER + record.itemsize * len(points) or wkb[0] != 1:
+            continue
+        fields = _np.frombuffer(wkb, dtype=record, offset=_WKB_COLLECTION_HEADER)
+        if (fields["order"] != 1).any() or not _np.isin(fields["type"], _WKB_POINT_TYPES[dimension]).all():
+            return None
+        coordinates = _np.column_stack([fields[axis] for axis in "xyz"[:dimension]])
+        return coordinates if _np.isfinite(coordinates).all() else None  # an empty point is NaN
+    return None
+
+
+def _points(transformer, points):
+    """The shapely Points transformed, or None where _point_coordinates cannot read them.
+
+    A layer of points is the common case, and the one where the cost of
+    shapely per geometry dominates: the coordinates are read in one WKB text
+    and each point made once, from plain floats."""
+    from shapely.geometry import Point
+
+    coordinates = _point_coordinates(points)
+    if coordinates is None:
+        return None
+    return [Point(*xyz) for xyz in zip(*(c.tolist() for c in transformer.transform(*coordinates.T)))]
+
+
 def _geometries(transformer, geometries):
     """A list of the geometries transformed with one batch for 2-D and one for 3-D coordinates."""
+    from shapely.geometry import Point
+
+    present = [g for g in geometries if g is not None]
+    if present and all(type(g) is Point for g in present):
+        moved = _points(transformer, present)
+        if moved is not None:
+            moved = iter(moved)
+            return [None if g is None else next(moved) for g in geometries]
     two, three = [], []
     for geometry in geometries:
         _parts(geometry, two, three)
@@ -121,7 +168,14 @@ def to_crs(frame_or_geometry, crs_to, crs_from=None, precision=0.001):
                         f"not {type(obj).__name__}")
     transformer = given or Transformer.from_crs(_source(obj, crs_from), crs_to, precision)
     series = obj.geometry if isinstance(obj, gpd.GeoDataFrame) else obj
-    moved = gpd.GeoSeries(_geometries(transformer, list(series)), index=series.index,
+    # The geometries in and out through object arrays: iterating a GeoSeries
+    # goes through GeoPandas element by element, and a GeoSeries made from a
+    # list checks every element again.
+    geometries = _geometries(transformer, series.to_numpy().tolist())
+    column = _np.empty(len(geometries), dtype=object)
+    for i, geometry in enumerate(geometries):
+        column[i] = geometry
+    moved = gpd.GeoSeries(gpd.array.GeometryArray(column), index=series.index,
                           crs=_result_crs(transformer), name=series.name)
     if isinstance(obj, gpd.GeoDataFrame):
         result = obj.copy()

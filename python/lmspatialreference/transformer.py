@@ -62,7 +62,9 @@ def _coordinates(values, what):
     if array.dtype.kind not in "fiu" or array.dtype == _np.bool_:
         raise TypeError(f"{what} must hold real numbers, not {array.dtype}")
     array = array.astype(_np.float64, order="C", copy=False).reshape(-1)
-    if not _np.isfinite(array).all():
+    # min and max carry a NaN through and meet any infinity, without the
+    # temporary array of a full isfinite.
+    if array.size and not (_np.isfinite(array.min()) and _np.isfinite(array.max())):
         raise ValueError(f"{what} holds NaN or infinite values")
     return array, scalar
 

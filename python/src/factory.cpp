@@ -14,34 +14,6 @@ namespace {
 using Factory = LmCoordinateTransformationFactory;
 using Made = LmSmarterPtr<LmCoordinateTransformation>;
 
-// Control points: two float64 arrays of one shape (n, 2) or (n, 3); read-only
-// arrays are fine, nothing is written to them.
-struct ControlPoints {
-    py::array_t<double, py::array::c_style> source, target;
-    int count = 0, dimension = 0;
-};
-
-py::array_t<double, py::array::c_style> PointsArgument(py::handle points, const char* what) {
-    if (!py::isinstance<py::array>(points)) throw py::type_error(std::string(what) + " must be a numpy.ndarray");
-    auto array = py::reinterpret_borrow<py::array>(points);
-    if (!IsFloat64(array)) throw py::type_error(std::string(what) + " must have dtype float64");
-    if (array.ndim() != 2 || (array.shape(1) != 2 && array.shape(1) != 3)) {
-        throw py::value_error(std::string(what) + " must have shape (n, 2) or (n, 3)");
-    }
-    return py::array_t<double, py::array::c_style>::ensure(array);
-}
-
-ControlPoints CheckControlPoints(py::handle source, py::handle target) {
-    ControlPoints points{PointsArgument(source, "source_points"), PointsArgument(target, "target_points")};
-    if (points.source.shape(0) != points.target.shape(0) || points.source.shape(1) != points.target.shape(1)) {
-        throw py::value_error("source_points and target_points must have the same shape");
-    }
-    if (points.source.shape(0) > INT_MAX / 3) throw py::value_error("too many control points");
-    points.count = static_cast<int>(points.source.shape(0));
-    points.dimension = static_cast<int>(points.source.shape(1));
-    return points;
-}
-
 // Runs a checked estimator without the GIL; a refusal is a ValueError, since
 // the points cannot determine the parameters.
 template <class Estimate>
@@ -56,21 +28,23 @@ LmEstimationResult Estimated(Estimate estimate) {
     return result;
 }
 
-// count doubles from anything NumPy reads as numbers, of any shape, in C
-// order (corners as 8 floats, 4 pairs or a (4, 2) array, say).
-std::vector<double> Values(py::handle values, std::size_t count, const char* what) {
-    auto array = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(values);
-    if (!array) throw py::type_error(std::string(what) + " must be " + std::to_string(count) + " numbers");
-    if (static_cast<std::size_t>(array.size()) != count) {
-        throw py::value_error(std::string(what) + " must hold " + std::to_string(count) + " values, not " +
-                              std::to_string(array.size()));
-    }
-    return std::vector<double>(array.data(), array.data() + count);
+// The estimators between two references that take nothing but the control
+// points.
+using EstimatorBetween = bool (*)(LmSpatialReference*, LmSpatialReference*, int, int, const double*, const double*,
+                                  LmEstimationResult&);
+
+template <EstimatorBetween estimator>
+LmEstimationResult EstimatedBetween(LmSpatialReference* s, LmSpatialReference* t, py::handle source,
+                                    py::handle target) {
+    auto p = CheckControlPoints(source, target);
+    return Estimated([&](LmEstimationResult& r) {
+        return estimator(s, t, p.count, p.dimension, p.source.data(), p.target.data(), r);
+    });
 }
 
 // The same, or no array at all for None.
 std::vector<double> OptionalValues(py::handle values, std::size_t count, const char* what) {
-    return values.is_none() ? std::vector<double>() : Values(values, count, what);
+    return values.is_none() ? std::vector<double>() : CheckParameters(values, count, what);
 }
 
 const double* DataOrNull(const std::vector<double>& values) { return values.empty() ? nullptr : values.data(); }
@@ -80,6 +54,14 @@ const double* DataOrNull(const std::vector<double>& values) { return values.empt
 // takes the second reference before made lets go of the first.
 py::object Handed(const Made& made) {
     return py::cast(static_cast<LmCoordinateTransformation*>(made), py::return_value_policy::take_ownership);
+}
+
+// The creators between two references that take seven parameters.
+using SevenParameterCreator = Made (*)(LmSpatialReference*, LmSpatialReference*, const double*);
+
+template <SevenParameterCreator creator>
+py::object SevenParameterCreated(LmSpatialReference* s, LmSpatialReference* t, py::handle parameters) {
+    return Handed(creator(s, t, CheckParameters(parameters, 7, "parameters").data()));
 }
 
 std::size_t ParameterCount(LmParameterType type) {
@@ -149,34 +131,16 @@ void BindFactory(py::module_& m) {
             py::arg("source_points"), py::arg("target_points"), "dX, dY, theta, m from plane control points.")
         .def_static(
             "compute_bursa7_parameter",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle source, py::handle target) {
-                auto p = CheckControlPoints(source, target);
-                return Estimated([&](LmEstimationResult& r) {
-                    return Factory::ComputeBursa7Parameter(s, t, p.count, p.dimension, p.source.data(),
-                                                           p.target.data(), r);
-                });
-            },
+            &EstimatedBetween<&Factory::ComputeBursa7Parameter>,
             py::arg("source"), py::arg("target"), py::arg("source_points"), py::arg("target_points"),
             "The seven Bursa-Wolf parameters from (n, 3) points with heights.")
         .def_static(
             "compute_plane7_parameter",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle source, py::handle target) {
-                auto p = CheckControlPoints(source, target);
-                return Estimated([&](LmEstimationResult& r) {
-                    return Factory::ComputePlane7Parameter(s, t, p.count, p.dimension, p.source.data(),
-                                                           p.target.data(), r);
-                });
-            },
+            &EstimatedBetween<&Factory::ComputePlane7Parameter>,
             py::arg("source"), py::arg("target"), py::arg("source_points"), py::arg("target_points"))
         .def_static(
             "compute_plane7_parameter_3d",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle source, py::handle target) {
-                auto p = CheckControlPoints(source, target);
-                return Estimated([&](LmEstimationResult& r) {
-                    return Factory::ComputePlane7Parameter3D(s, t, p.count, p.dimension, p.source.data(),
-                                                             p.target.data(), r);
-                });
-            },
+            &EstimatedBetween<&Factory::ComputePlane7Parameter3D>,
             py::arg("source"), py::arg("target"), py::arg("source_points"), py::arg("target_points"))
         .def_static(
             "compute_cube4_parameter",
@@ -210,8 +174,8 @@ void BindFactory(py::module_& m) {
         .def_static(
             "compute_grid_coordinates_offset",
             [](LmSpatialReference* s, LmSpatialReference* t, py::handle shift, py::handle corners) -> py::object {
-                const auto d = Values(shift, 3, "shift");
-                const auto c = Values(corners, 8, "corners");
+                const auto d = CheckParameters(shift, 3, "shift");
+                const auto c = CheckParameters(corners, 8, "corners");
                 std::array<double, 8> offsets{};
                 if (!Factory::ComputeGridCoordinatesOffset(s, t, d.data(), c.data(), offsets.data())) {
                     return py::none();
@@ -228,11 +192,11 @@ void BindFactory(py::module_& m) {
         .def_static(
             "compute_reverse_parameter",
             [](LmParameterType type, py::handle parameters, py::object axis) -> py::object {
-                const auto p = Values(parameters, ParameterCount(type), "parameters");
+                const auto p = CheckParameters(parameters, ParameterCount(type), "parameters");
                 std::vector<double> a;
                 if (type == eCube4Parameter) {
                     if (axis.is_none()) throw py::type_error("eCube4Parameter needs axis (latitude, longitude in degrees)");
-                    a = Values(axis, 2, "axis");
+                    a = CheckParameters(axis, 2, "axis");
                 }
                 if (!HasReverse(type, p, a)) return py::none();
                 std::vector<double> reverse(p.size());
@@ -257,7 +221,7 @@ void BindFactory(py::module_& m) {
             "create_parameter_project_coordinate_transformation",
             [](LmSpatialReference* s, LmSpatialReference* t, LmCoordinateTransformationMethod method,
                py::object parameters) {
-                const auto p = OptionalValues(parameters, method == eGeocentricTranslation3Parameter ? 3 : 7,
+                const auto p = OptionalValues(parameters, MethodParameterCount(method),
                                               "parameters");
                 return Handed(Factory::CreateParameterProjectCoordinateTransformation(s, t, method, DataOrNull(p)));
             },
@@ -306,8 +270,8 @@ void BindFactory(py::module_& m) {
         .def_static(
             "create_graphs_interpolation_coordinate_transformation",
             [](py::handle corners, py::handle offsets) {
-                const auto c = Values(corners, 8, "corners");
-                const auto o = Values(offsets, 8, "offsets");
+                const auto c = CheckParameters(corners, 8, "corners");
+                const auto o = CheckParameters(offsets, 8, "offsets");
                 return Handed(Factory::CreateGraphsInterpolationCoordinateTransformation(c.data(), o.data()));
             },
             py::arg("corners"), py::arg("offsets"),
@@ -315,8 +279,8 @@ void BindFactory(py::module_& m) {
         .def_static(
             "create_graphs_interpolation_coordinate_transformation",
             [](LmSpatialReference* s, LmSpatialReference* t, py::handle corners, py::handle offsets) {
-                const auto c = Values(corners, 8, "corners");
-                const auto o = Values(offsets, 8, "offsets");
+                const auto c = CheckParameters(corners, 8, "corners");
+                const auto o = CheckParameters(offsets, 8, "offsets");
                 return Handed(Factory::CreateGraphsInterpolationCoordinateTransformation(s, t, c.data(), o.data()));
             },
             py::arg("source"), py::arg("target"), py::arg("corners"), py::arg("offsets"),
@@ -324,39 +288,30 @@ void BindFactory(py::module_& m) {
         .def_static(
             "create_plane4_patameter_coordinate_transformation",
             [](py::handle parameters) {
-                const auto p = Values(parameters, 4, "parameters");
+                const auto p = CheckParameters(parameters, 4, "parameters");
                 return Handed(Factory::CreatePlane4PatameterCoordinateTransformation(p.data()));
             },
             py::arg("parameters"), "Plane four-parameter from dX, dY (metres), theta (seconds), m (ppm).")
         .def_static(
             "create_plane7_patameter_coordinate_transformation",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle parameters) {
-                const auto p = Values(parameters, 7, "parameters");
-                return Handed(Factory::CreatePlane7PatameterCoordinateTransformation(s, t, p.data()));
-            },
+            &SevenParameterCreated<&Factory::CreatePlane7PatameterCoordinateTransformation>,
             py::arg("source"), py::arg("target"), py::arg("parameters"),
             "Unprojection of a projected source, the plane seven-parameter correction, projection into a "
             "projected target.")
         .def_static(
             "create_3d_plane7_patameter_coordinate_transformation",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle parameters) {
-                const auto p = Values(parameters, 7, "parameters");
-                return Handed(Factory::Create3DPlane7PatameterCoordinateTransformation(s, t, p.data()));
-            },
+            &SevenParameterCreated<&Factory::Create3DPlane7PatameterCoordinateTransformation>,
             py::arg("source"), py::arg("target"), py::arg("parameters"), "The same with heights in z.")
         .def_static(
             "create_bursa7_coordinate_transformation",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle parameters) {
-                const auto p = Values(parameters, 7, "parameters");
-                return Handed(Factory::CreateBursa7CoordinateTransformation(s, t, p.data()));
-            },
+            &SevenParameterCreated<&Factory::CreateBursa7CoordinateTransformation>,
             py::arg("source"), py::arg("target"), py::arg("parameters"),
             "Through geocentric coordinates with the Bursa-Wolf parameters; a None or local source is "
             "taken as geocentric, a None or local target receives geocentric coordinates.")
         .def_static(
             "create_molodensky_coordinate_transformation",
             [](LmSpatialReference* s, LmSpatialReference* t, py::handle parameters, py::object centre) {
-                const auto p = Values(parameters, 7, "parameters");
+                const auto p = CheckParameters(parameters, 7, "parameters");
                 const auto c = OptionalValues(centre, 3, "centre");
                 return Handed(Factory::CreateMolodenskyCoordinateTransformation(s, t, p.data(), DataOrNull(c)));
             },
@@ -365,7 +320,7 @@ void BindFactory(py::module_& m) {
         .def_static(
             "create_cube4_patameter_coordinate_transformation",
             [](LmSpatialReference* s, LmSpatialReference* t, double phi, double lambda, py::handle parameters) {
-                const auto p = Values(parameters, 4, "parameters");
+                const auto p = CheckParameters(parameters, 4, "parameters");
                 return Handed(Factory::CreateCube4PatameterCoordinateTransformation(s, t, phi, lambda, p.data()));
             },
             py::arg("source"), py::arg("target"), py::arg("phi"), py::arg("lambda_"), py::arg("parameters"),

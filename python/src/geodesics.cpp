@@ -42,12 +42,8 @@ void BindGeodesics(py::module_& m) {
             "compute_geodesic",
             [](const LmGeodesic& g, py::handle points) {
                 // Read only, so any float64 (n, >= 2) array will do once made contiguous.
-                if (!py::isinstance<py::array>(points)) throw py::type_error("points must be a numpy.ndarray");
-                auto array = py::reinterpret_borrow<py::array>(points);
-                if (!IsFloat64(array)) throw py::type_error("points must have dtype float64");
-                if (array.ndim() != 2 || array.shape(1) < 2) throw py::value_error("points must have shape (n, d), d >= 2");
-                if (array.size() > INT_MAX) throw py::value_error("too many points");
-                auto packed = py::array_t<double, py::array::c_style>::ensure(array);
+                const auto packed = CheckArray(points, "points", {ArrayRule::records});
+                if (packed.size() > INT_MAX) throw py::value_error("too many points");
                 const double* data = packed.data();
                 const int count = static_cast<int>(packed.size());
                 const int dim = static_cast<int>(packed.shape(1));

@@ -7,32 +7,73 @@
 
 namespace LmPython {
 
-PointArray CheckPoints(py::handle points, const char* what) {
-    if (!py::isinstance<py::array>(points)) {
-        throw py::type_error(std::string(what) + " must be a numpy.ndarray of float64, not " +
-                             std::string(py::str(py::type::handle_of(points).attr("__name__"))));
+namespace {
+
+std::string TypeName(py::handle value) { return py::str(py::type::handle_of(value).attr("__name__")); }
+
+std::string ShapeText(const ArrayRule& rule) {
+    const std::string rows = rule.length < 0 ? "n" : std::to_string(rule.length);
+    switch (rule.columns) {
+        case ArrayRule::vector: return "(" + rows + ",)";
+        case ArrayRule::pairs: return "(" + rows + ", 2)";
+        case ArrayRule::points: return "(" + rows + ", 2) or (" + rows + ", 3)";
+        case ArrayRule::records: break;
     }
-    auto array = py::reinterpret_borrow<py::array>(points);
+    return "(" + rows + ", d), d >= 2";
+}
+
+bool HasShape(const py::array& array, const ArrayRule& rule) {
+    if (rule.length >= 0 && (array.ndim() < 1 || array.shape(0) != rule.length)) return false;
+    if (rule.columns == ArrayRule::vector) return array.ndim() == 1;
+    if (array.ndim() != 2) return false;
+    if (rule.columns == ArrayRule::records) return array.shape(1) >= 2;
+    return array.shape(1) == 2 || (rule.columns == ArrayRule::points && array.shape(1) == 3);
+}
+
+}  // namespace
+
+Float64Array CheckArray(py::handle values, const char* what, const ArrayRule& rule) {
+    if (!py::isinstance<py::array>(values)) {
+        throw py::type_error(std::string(what) + " must be a numpy.ndarray of float64, not " + TypeName(values));
+    }
+    auto array = py::reinterpret_borrow<py::array>(values);
     if (!IsFloat64(array)) {
-        throw py::type_error(std::string(what) + " must have dtype float64, not " +
-                             std::string(py::str(array.dtype())));
+        throw py::type_error(std::string(what) + " must have dtype float64, not " + std::string(py::str(array.dtype())));
     }
-    if (array.ndim() != 2 || (array.shape(1) != 2 && array.shape(1) != 3)) {
-        throw py::value_error(std::string(what) + " must have shape (n, 2) or (n, 3), not " +
+    if (!HasShape(array, rule)) {
+        throw py::value_error(std::string(what) + " must have shape " + ShapeText(rule) + ", not " +
                               std::string(py::str(array.attr("shape"))));
     }
+    if (!(rule.contiguous || rule.written)) return Float64Array::ensure(array);
     if (!(array.flags() & py::array::c_style)) {
         throw py::value_error(std::string(what) + " must be C-contiguous (use numpy.ascontiguousarray)");
     }
-    if (!array.writeable()) {
-        throw py::value_error(std::string(what) + " is read-only; points are transformed in place");
+    if (rule.written && !array.writeable()) {
+        throw py::value_error(std::string(what) + " is read-only; it is written in place");
     }
+    return py::reinterpret_borrow<Float64Array>(array);
+}
+
+PointArray CheckPoints(py::handle points, const char* what) {
+    auto array = CheckArray(points, what, {ArrayRule::points, -1, true, true});
     PointArray result;
-    result.data = static_cast<double*>(array.mutable_data());
+    result.data = array.mutable_data();
     result.count = array.shape(0);
     result.dimension = static_cast<int>(array.shape(1));
     result.keep = array;
     return result;
+}
+
+ControlPoints CheckControlPoints(py::handle source, py::handle target, ArrayRule::Columns columns,
+                                 const char* sourceName, const char* targetName) {
+    ControlPoints points{CheckArray(source, sourceName, {columns}), CheckArray(target, targetName, {columns})};
+    if (points.source.shape(0) != points.target.shape(0) || points.source.shape(1) != points.target.shape(1)) {
+        throw py::value_error(std::string(sourceName) + " and " + targetName + " must have the same shape");
+    }
+    if (points.source.shape(0) > INT_MAX / 3) throw py::value_error("too many control points");
+    points.count = static_cast<int>(points.source.shape(0));
+    points.dimension = static_cast<int>(points.source.shape(1));
+    return points;
 }
 
 bool TransformInPlace(LmCoordinateTransformation& transformation, const PointArray& points, bool reverse) {
@@ -53,17 +94,13 @@ bool TransformInPlace(LmCoordinateTransformation& transformation, const PointArr
 }
 
 std::vector<double> CheckParameters(py::handle values, std::size_t count, const char* what) {
-    std::vector<double> result;
-    try {
-        result = values.cast<std::vector<double>>();
-    } catch (const py::cast_error&) {
-        throw py::type_error(std::string(what) + " must be a sequence of " + std::to_string(count) + " floats");
-    }
-    if (result.size() != count) {
+    auto array = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(values);
+    if (!array) throw py::type_error(std::string(what) + " must be " + std::to_string(count) + " numbers");
+    if (static_cast<std::size_t>(array.size()) != count) {
         throw py::value_error(std::string(what) + " must hold " + std::to_string(count) + " values, not " +
-                              std::to_string(result.size()));
+                              std::to_string(array.size()));
     }
-    return result;
+    return std::vector<double>(array.data(), array.data() + count);
 }
 
 }  // namespace LmPython

@@ -10,29 +10,19 @@ namespace LmPython {
 
 namespace {
 
-using Coordinates = py::array_t<double, py::array::c_style>;
-
 // A 1-D C-contiguous float64 array of length n, writable when written to.
-Coordinates CheckCoordinates(py::handle values, py::ssize_t n, bool written, const char* what) {
-    if (!py::isinstance<py::array>(values) || !IsFloat64(py::reinterpret_borrow<py::array>(values))) {
-        throw py::type_error(std::string(what) + " must be a float64 numpy.ndarray");
-    }
-    auto array = py::reinterpret_borrow<py::array>(values);
-    if (array.ndim() != 1 || array.shape(0) != n || !(array.flags() & py::array::c_style)) {
-        throw py::value_error(std::string(what) + " must be 1-D, contiguous and as long as source_x");
-    }
-    if (written && !array.writeable()) throw py::value_error(std::string(what) + " is read-only");
-    return py::reinterpret_borrow<Coordinates>(array);
+Float64Array CheckCoordinates(py::handle values, py::ssize_t n, bool written, const char* what) {
+    return CheckArray(values, what, {ArrayRule::vector, n, true, written});
 }
 
 bool TransformedInto(LmCoordinateTransformation& t, py::handle sourceX, py::handle sourceY, py::handle sourceZ,
                      py::handle x, py::handle y, py::handle z, py::handle transformed) {
-    if (!py::isinstance<py::array>(sourceX)) throw py::type_error("source_x must be a float64 numpy.ndarray");
-    const py::ssize_t n = py::reinterpret_borrow<py::array>(sourceX).size();
+    const auto sx = CheckArray(sourceX, "source_x", {ArrayRule::vector, -1, true});
+    const py::ssize_t n = sx.shape(0);
     if (sourceZ.is_none() != z.is_none()) throw py::value_error("source_z and z go together");
-    auto sx = CheckCoordinates(sourceX, n, false, "source_x"), sy = CheckCoordinates(sourceY, n, false, "source_y");
+    auto sy = CheckCoordinates(sourceY, n, false, "source_y");
     auto tx = CheckCoordinates(x, n, true, "x"), ty = CheckCoordinates(y, n, true, "y");
-    Coordinates sz, tz;
+    Float64Array sz, tz;
     if (!z.is_none()) {
         sz = CheckCoordinates(sourceZ, n, false, "source_z");
         tz = CheckCoordinates(z, n, true, "z");

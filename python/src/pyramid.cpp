@@ -42,6 +42,15 @@ P* PyramidFromState(const py::tuple& state) {
     return pyramid;
 }
 
+// The four out-parameters of a tile operation, filled by call(&a, &b, &c,
+// &d), as one tuple.
+template <class T, class Call>
+py::tuple FourOutputs(Call&& call) {
+    T a{}, b{}, c{}, d{};
+    call(&a, &b, &c, &d);
+    return py::make_tuple(a, b, c, d);
+}
+
 py::object HandedPyramid(const Pyramid& made) {
     return py::cast(static_cast<LmPyramid*>(made), py::return_value_policy::take_ownership);
 }
@@ -97,9 +106,9 @@ void BindPyramids(py::module_& m) {
         .def(
             "tile_index",
             [](LmPyramid& p, int level, double x, double y) {
-                int row = 0, col = 0, pixelX = 0, pixelY = 0;
-                p.TileIndex(level, x, y, &row, &col, &pixelX, &pixelY);
-                return py::make_tuple(row, col, pixelX, pixelY);
+                return FourOutputs<int>([&](int* row, int* col, int* pixelX, int* pixelY) {
+                    p.TileIndex(level, x, y, row, col, pixelX, pixelY);
+                });
             },
             py::arg("level"), py::arg("x"), py::arg("y"),
             "(row, col, pixel_x, pixel_y) of the map point: pixel_x counts from the tile's starting "
@@ -107,26 +116,26 @@ void BindPyramids(py::module_& m) {
         .def(
             "tile_extent",
             [](LmPyramid& p, int level, int row, int col) {
-                double xmin = 0, ymin = 0, xmax = 0, ymax = 0;
-                p.TileExtent(level, row, col, &xmin, &ymin, &xmax, &ymax);
-                return py::make_tuple(xmin, ymin, xmax, ymax);
+                return FourOutputs<double>([&](double* xmin, double* ymin, double* xmax, double* ymax) {
+                    p.TileExtent(level, row, col, xmin, ymin, xmax, ymax);
+                });
             },
             py::arg("level"), py::arg("row"), py::arg("col"), "(xmin, ymin, xmax, ymax) of the tile.")
         .def(
             "tile_index_range",
             [](LmPyramid& p, double xmin, double ymin, double xmax, double ymax, int level) {
-                int minRow = 0, minCol = 0, maxRow = 0, maxCol = 0;
-                p.TileIndexRange(xmin, ymin, xmax, ymax, level, &minRow, &minCol, &maxRow, &maxCol);
-                return py::make_tuple(minRow, minCol, maxRow, maxCol);
+                return FourOutputs<int>([&](int* minRow, int* minCol, int* maxRow, int* maxCol) {
+                    p.TileIndexRange(xmin, ymin, xmax, ymax, level, minRow, minCol, maxRow, maxCol);
+                });
             },
             py::arg("xmin"), py::arg("ymin"), py::arg("xmax"), py::arg("ymax"), py::arg("level"),
             "(min_row, min_col, max_row, max_col) of the tiles the rectangle touches, shrunk by tolerance.")
         .def(
             "tile_extent_range",
             [](LmPyramid& p, int level, int row1, int col1, int row2, int col2) {
-                double xmin = 0, ymin = 0, xmax = 0, ymax = 0;
-                p.TileExtentRange(level, row1, col1, row2, col2, &xmin, &ymin, &xmax, &ymax);
-                return py::make_tuple(xmin, ymin, xmax, ymax);
+                return FourOutputs<double>([&](double* xmin, double* ymin, double* xmax, double* ymax) {
+                    p.TileExtentRange(level, row1, col1, row2, col2, xmin, ymin, xmax, ymax);
+                });
             },
             py::arg("level"), py::arg("row1"), py::arg("col1"), py::arg("row2"), py::arg("col2"),
             "(xmin, ymin, xmax, ymax) of the union of the two tiles.")
@@ -169,7 +178,9 @@ void BindPyramids(py::module_& m) {
                         " '" + Text(p.Name) + "' levels " + std::to_string(p.TopLevelIndex) + ".." +
                         std::to_string(p.BottomLevelIndex) + ">";
              })
-        .def(py::pickle([](LmPyramid& p) { return PyramidState(p); }, &PyramidFromState<LmPyramid>));
+        // The package pickles a pyramid as this state (see __init__.py).
+        .def("_state", &PyramidState)
+        .def_static("_from_state", &PyramidFromState<LmPyramid>);
 
     py::class_<LmMultiPyramid, LmPyramid, LmSmarterPtr<LmMultiPyramid>>(
         m, "LmMultiPyramid",
@@ -188,7 +199,7 @@ void BindPyramids(py::module_& m) {
             "The sub-pyramids in order (a new list; assign a list to replace them).")
         .def("find_pyramid", &LmMultiPyramid::FindPyramid, py::arg("level"),
              "The first sub-pyramid whose levels hold level, or None.")
-        .def(py::pickle([](LmMultiPyramid& p) { return PyramidState(p); }, &PyramidFromState<LmMultiPyramid>));
+        .def_static("_from_state", &PyramidFromState<LmMultiPyramid>);
 }
 
 }  // namespace LmPython

@@ -126,7 +126,9 @@ void BindSpatialReference(py::module_& m) {
                  return r.IsNull() ? std::string("<LmSpatialReference null>")
                                    : "<LmSpatialReference '" + Text(r.Name()) + "'>";
              })
-        .def(py::pickle([](const LmSpatialReference& r) { return ReferenceState(r); }, &ReferenceFromState));
+        // The package pickles a reference as this state (see __init__.py).
+        .def("_state", &ReferenceState)
+        .def_static("_from_state", &ReferenceFromState);
 }
 
 }  // namespace LmPython

@@ -16,14 +16,10 @@ std::array<double, 6> Elements(const LmAffineCoordinateTransformation& affine) {
     return {m[0], m[1], m[2], m[3], m[4], m[5]};
 }
 
-// Control points as an (n, 2) float64 array; the library reads them as n * 2
-// interleaved values. Read-only arrays are fine here: nothing is written.
-py::array_t<double, py::array::c_style> ControlPoints(py::handle points, const char* what) {
-    if (!py::isinstance<py::array>(points)) throw py::type_error(std::string(what) + " must be a numpy.ndarray");
-    auto array = py::reinterpret_borrow<py::array>(points);
-    if (!IsFloat64(array)) throw py::type_error(std::string(what) + " must have dtype float64");
-    if (array.ndim() != 2 || array.shape(1) != 2) throw py::value_error(std::string(what) + " must have shape (n, 2)");
-    return py::array_t<double, py::array::c_style>::ensure(array);
+// transform and reverse_transform.
+template <bool reverse>
+bool InPlace(LmCoordinateTransformation& transformation, py::handle points) {
+    return TransformInPlace(transformation, CheckPoints(points), reverse);
 }
 
 py::object PointsCopy(const double* values, int count) {
@@ -43,17 +39,13 @@ void BindTransformations(py::module_& m) {
         "degrees with x = longitude.")
         .def(
             "transform",
-            [](LmCoordinateTransformation& t, py::handle points) {
-                return TransformInPlace(t, CheckPoints(points), false);
-            },
+            &InPlace<false>,
             py::arg("points"),
             "Transforms points in place; True when every point succeeded (a failed point keeps "
             "whatever the transformation left in it).")
         .def(
             "reverse_transform",
-            [](LmCoordinateTransformation& t, py::handle points) {
-                return TransformInPlace(t, CheckPoints(points), true);
-            },
+            &InPlace<true>,
             py::arg("points"), "The reverse, for transformations that know it; False otherwise.")
         .def(
             "transform_point",
@@ -114,30 +106,27 @@ void BindTransformations(py::module_& m) {
         .value("eGeocentricTranslation3Parameter", eGeocentricTranslation3Parameter)
         .export_values();
 
-    auto parameterCount = [](LmCoordinateTransformationMethod method) -> std::size_t {
-        return method == eGeocentricTranslation3Parameter ? 3 : 7;
-    };
     py::class_<LmParameterProjectCoordinateTransformation, LmProjectCoordinateTransformation,
                LmSmarterPtr<LmParameterProjectCoordinateTransformation>>(
         m, "LmParameterProjectCoordinateTransformation",
         "A projection transformation with datum-shift parameters on the source: metres, "
         "arc-seconds and parts per million; 7 values (3 for the translation method), or None "
         "for none.")
-        .def(py::init([parameterCount](LmSpatialReference* source, LmSpatialReference* target,
+        .def(py::init([](LmSpatialReference* source, LmSpatialReference* target,
                                        LmCoordinateTransformationMethod method, py::object parameters) {
                  if (parameters.is_none()) {
                      return new LmParameterProjectCoordinateTransformation(source, target, method, nullptr);
                  }
-                 const auto values = CheckParameters(parameters, parameterCount(method), "parameters");
+                 const auto values = CheckParameters(parameters, MethodParameterCount(method), "parameters");
                  return new LmParameterProjectCoordinateTransformation(source, target, method, values.data());
              }),
              py::arg("source"), py::arg("target"), py::arg("method"), py::arg("parameters"))
         .def_property_readonly("method", &LmParameterProjectCoordinateTransformation::Method)
         .def(
             "set_parameter",
-            [parameterCount](LmParameterProjectCoordinateTransformation& t, LmCoordinateTransformationMethod method,
+            [](LmParameterProjectCoordinateTransformation& t, LmCoordinateTransformationMethod method,
                              py::handle parameters) {
-                const auto values = CheckParameters(parameters, parameterCount(method), "parameters");
+                const auto values = CheckParameters(parameters, MethodParameterCount(method), "parameters");
                 t.Parameter(method, values.data());
             },
             py::arg("method"), py::arg("parameters"), "Replaces the datum-shift parameters.");
@@ -177,12 +166,9 @@ void BindTransformations(py::module_& m) {
         .def_static(
             "from_points",
             [](py::handle source, py::handle target) {
-                auto s = ControlPoints(source, "source");
-                auto t = ControlPoints(target, "target");
-                if (s.shape(0) != t.shape(0)) throw py::value_error("source and target must hold as many points");
-                if (s.shape(0) > INT_MAX / 2) throw py::value_error("too many control points");
+                const auto p = CheckControlPoints(source, target, ArrayRule::pairs, "source", "target");
                 return LmSmarterPtr<LmAffineCoordinateTransformation>(
-                    new LmAffineCoordinateTransformation(s.data(), t.data(), static_cast<int>(2 * s.shape(0))));
+                    new LmAffineCoordinateTransformation(p.source.data(), p.target.data(), 2 * p.count));
             },
             py::arg("source"), py::arg("target"),
             "Least squares from (n, 2) point pairs; the identity when they do not determine it.")
@@ -202,11 +188,8 @@ void BindTransformations(py::module_& m) {
         .def(
             "estimate",
             [](LmAffineCoordinateTransformation& a, py::handle source, py::handle target) {
-                auto s = ControlPoints(source, "source");
-                auto t = ControlPoints(target, "target");
-                if (s.shape(0) != t.shape(0)) throw py::value_error("source and target must hold as many points");
-                if (s.shape(0) > INT_MAX / 2) throw py::value_error("too many control points");
-                return a.Parameter(s.data(), t.data(), static_cast<int>(2 * s.shape(0)));
+                const auto p = CheckControlPoints(source, target, ArrayRule::pairs, "source", "target");
+                return a.Parameter(p.source.data(), p.target.data(), 2 * p.count);
             },
             py::arg("source"), py::arg("target"),
             "Re-estimates the elements; False for fewer than three points or a degenerate set.")

@@ -145,6 +145,18 @@ def test_offsets_both_ways(name, forward, back):
     assert isinstance(Transformer.from_crs(name, "WGS84").transformation, back)
 
 
+@pytest.mark.parametrize("name", ["GCJ02", "BD09"])
+def test_unsolved_reverse_offset_is_inf(name):
+    # A move of 1e-300 m spans no double, so no tolerance can be met.
+    back = Transformer.from_crs(name, "WGS84", precision=1e-300)
+    x, y = back.transform([116.4, 10.0], [39.9, 50.0])
+    assert np.isinf([x[0], y[0]]).all()
+    # Outside China GCJ-02 is WGS 84, which is a result; BD-09 is solved everywhere.
+    assert (x[1], y[1]) == (10.0, 50.0) if name == "GCJ02" else np.isinf([x[1], y[1]]).all()
+    points = np.array([[116.4, 39.9]])
+    assert back.transformation.transform(points) and points.tolist() == [[116.4, 39.9]]
+
+
 def test_inverse_repr_and_pickle():
     t = Transformer.from_crs(4326, 4547)
     x, y = lonlat(20)

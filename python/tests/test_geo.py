@@ -65,3 +65,22 @@ def test_offset_round_trip(frame, offset):
 def test_refusals(frame, make, error):
     with pytest.raises(error):
         make(frame)
+
+
+# Point layers take a path of their own; the mixed ones fall back to the general one.
+POINT_LAYERS = {
+    "2-D": ["POINT (116.39 39.91)", "POINT (113.2 23.1)"],
+    "3-D": ["POINT Z (116.39 39.91 43.5)", "POINT Z (113.2 23.1 -7)"],
+    "mixed": ["POINT (116.39 39.91)", "POINT Z (113.2 23.1 -7)"],
+    "with empty": ["POINT (116.39 39.91)", "POINT EMPTY"],
+}
+
+
+@pytest.mark.parametrize("layer", POINT_LAYERS)
+def test_point_layers_match_geopandas(layer):
+    frame = gpd.GeoDataFrame({"id": [1, 2, 3]}, geometry=[wkt.loads(g) for g in POINT_LAYERS[layer]] + [None],
+                             crs="EPSG:4326")
+    moved, expected = to_crs(frame, 32650), frame.to_crs(32650)
+    assert moved.geometry.iloc[2] is None and moved.crs == expected.crs
+    assert same(moved.geometry[:2], expected.geometry[:2], 1e-6)
+    assert [g.has_z for g in moved.geometry[:2]] == [g.has_z for g in frame.geometry[:2]]

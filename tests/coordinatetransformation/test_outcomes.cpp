@@ -112,4 +112,37 @@ TEST(PointOutcomes, RefuseBadArgumentsWritingNothing) {
                                       &transformed));
 }
 
+// The reverse offsets' batch leaves an unsolved point as it was and
+// succeeds; the outcomes name it. A move of 1e-300 m spans no double, so no
+// point inside China can be solved to it; outside China GCJ-02 is WGS 84.
+TEST(PointOutcomes, NameThePointsTheReverseOffsetsCannotSolve) {
+    const double lon[] = {116.391, 10.0}, lat[] = {39.907, 50.0};
+    struct Case {
+        const char* name;
+        LmSmarterPtr<LmCoordinateTransformation> reverse;
+        unsigned char outside;
+    };
+    const Case cases[] = {
+        {"from GCJ-02", LmSmarterPtr<LmCoordinateTransformation>(new LmGCJ02ToWGS84CoordinateTransformation(1e-300)), 1},
+        {"from BD-09", LmSmarterPtr<LmCoordinateTransformation>(new LmBD09ToWGS84CoordinateTransformation(1e-300)), 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        double x[2], y[2];
+        unsigned char transformed[2] = {9, 9};
+        EXPECT_FALSE(TransformWithOutcomes(*c.reverse, lon, lat, nullptr, x, y, nullptr, 2, 1, transformed));
+        EXPECT_EQ(transformed[0], 0);
+        EXPECT_EQ(transformed[1], c.outside);
+        EXPECT_EQ(x[0], lon[0]);
+        EXPECT_EQ(y[0], lat[0]);
+        EXPECT_TRUE(c.reverse->Transformation(x, y, nullptr, 2, 1));
+    }
+    LmGCJ02ToWGS84CoordinateTransformation solvable(0.001);
+    double x = lon[0], y = lat[0];
+    unsigned char transformed = 9;
+    EXPECT_TRUE(TransformWithOutcomes(solvable, lon, lat, nullptr, &x, &y, nullptr, 1, 1, &transformed));
+    EXPECT_EQ(transformed, 1);
+    EXPECT_NE(x, lon[0]);
+}
+
 }  // namespace
