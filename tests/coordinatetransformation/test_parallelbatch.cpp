@@ -17,7 +17,8 @@ TEST(PointBlockOfThread, BlocksTileTheBatchInThreadOrderWithTheFirstThreadsTakin
     const int expected[4][2] = {{0, 3}, {3, 6}, {6, 8}, {8, 10}};
     for (int t = 0; t < 4; ++t) {
         const LmPointBlock block = PointBlockOfThread(10, 4, t);
-        EXPECT_TRUE(block.begin == expected[t][0] && block.end == expected[t][1]) << t;
+        EXPECT_EQ(block.begin, expected[t][0]) << t;
+        EXPECT_EQ(block.end, expected[t][1]) << t;
     }
     for (int threads = 1; threads <= 9; ++threads) {
         for (int count = 0; count <= 40; ++count) {

@@ -49,7 +49,8 @@ TEST(ProjectionParallel, FailuresAreCountedQuietlyAndNegativeCountsRefused) {
     EXPECT_GT(values[200], 100000.0);
     double xy[2] = {117.0, 30.0};
     for (auto* mode : {&modes.serial, &modes.parallel}) EXPECT_FALSE((*mode)->Transformation(xy, xy + 1, -5, 2));
-    EXPECT_TRUE(xy[0] == 117.0 && xy[1] == 30.0);
+    EXPECT_EQ(xy[0], 117.0);
+    EXPECT_EQ(xy[1], 30.0);
 }
 
 TEST(ProjectionParallel, CallersMayShareOneObjectInEitherMode) {
