@@ -109,15 +109,8 @@ TEST(LegacyRecord, FixedTextsAreCutWithoutTerminatorAndReadBackBounded) {
     EXPECT_EQ(wrapped, 1);
 }
 
-TEST(LegacyRecord, DefaultsAreClarke1866Zone20AndConvertToAnEmptyReference) {
+TEST(LegacyRecord, TypesWithoutAProjectionConvertToAnEmptyReference) {
     tag_Projection_Param r;
-    const std::vector<std::pair<double, double>> defaults = {
-        {r.SemiMajorKm, 6378.2064}, {r.InvFlattening, 294.9786982}, {r.SemiMinorKm, 6356.583799998981},
-        {r.RadiusKm, 6371.116},     {r.FalseEastingKm, 500.0},      {r.CentralMeridian, 117.0},
-        {r.OriginLatitude, 30.0},   {r.ExtraParams[9], 123.0},      {r.StdParallel2, 45.0},
-        {r.SpareParam, 30.0},       {r.Matrix2.Value[1][1], 1.0},   {r.Matrix2.Value[1][2], 0.0},
-        {r.Affine[3], 1.0},         {r.ZoneNumber, 20},             {r.GeogName[0], 0}};
-    for (std::size_t i = 0; i < defaults.size(); ++i) EXPECT_EQ(defaults[i].first, defaults[i].second) << i;
     for (int type : {0, 40, 41}) {
         r.ProjType = type;
         Srs srs(r.ToGdal());
@@ -214,52 +207,7 @@ TEST(LegacyRecord, EachTypeGivesItsGdalMethodAndParameters) {
     }
 }
 
-TEST(LegacyRecord, ZoneFormsPrefixTheZoneToTheFalseEastingAndFallBackOtherwise) {
-    struct Case {
-        int type, width, zone, hemisphere;
-        double lon0, feKm;
-        double lat0, k, fe, fn;  // expected
-    };
-    // The record's own origin latitude is 31, scale 0.8 and false northing 10 km.
-    const std::vector<Case> cases = {
-        {11, 0, 20, 0, 117, 500, 0, 1.0, 20500000, 10000},
-        {11, 1, 39, 0, 117, 500, 0, 1.0, 39500000, 10000},
-        {11, 1, 120, 0, 360, 500, 0, 1.0, 120500000, 10000},
-        {11, 0, 1, 0, 3, 500, 0, 1.0, 1500000, 10000},
-        {11, 1, 20, 0, 117, 500, 31, 0.8, 500000, 10000},   // 6-degree meridian for a 3-degree zone
-        {11, 0, 61, 0, 363, 500, 31, 0.8, 500000, 10000},   // zone beyond 60
-        {11, 0, 20, 0, 117, 400, 31, 0.8, 400000, 10000},   // other false easting
-        {11, 2, 20, 0, 117, 500, 31, 0.8, 500000, 10000},   // unknown zone width
-        // The record numbers UTM zones like 6-degree Gauss-Kruger ones (20 is 117 E).
-        {12, 0, 20, 0, 117, 500, 0, 0.9996, 20500000, 0},
-        {12, 0, 20, 1, 117, 500, 0, 0.9996, 20500000, 10000000},
-        {12, 1, 20, 0, 117, 500, 0, 0.9996, 20500000, 0},   // zone width not consulted
-        {12, 0, 20, 2, 117, 500, 31, 0.8, 500000, 10000},   // unknown hemisphere
-        {12, 0, 50, 0, 117, 500, 31, 0.8, 500000, 10000},   // the usual UTM numbering is not this one
-        {12, 0, 0, 0, -3, 500, 31, 0.8, 500000, 10000},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "type " << c.type << " zone " << c.zone << " width " << c.width
-                                        << " hemisphere " << c.hemisphere);
-        tag_Projection_Param r;
-        r.ProjType = c.type;
-        r.ZoneWidth = c.width;
-        r.ZoneNumber = c.zone;
-        r.Hemisphere = c.hemisphere;
-        r.CentralMeridian = c.lon0;
-        r.FalseEastingKm = c.feKm;
-        r.OriginLatitude = 31;
-        r.ScaleFactor = 0.8;
-        r.FalseNorthingKm = 10;
-        Srs srs(r.ToGdal());
-        EXPECT_STREQ(srs->GetAttrValue("PROJECTION"), SRS_PT_TRANSVERSE_MERCATOR);
-        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_CENTRAL_MERIDIAN, -1), c.lon0);
-        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_LATITUDE_OF_ORIGIN, -1), c.lat0);
-        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_SCALE_FACTOR, -1), c.k);
-        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_FALSE_EASTING, -1), c.fe);
-        EXPECT_DOUBLE_EQ(srs->GetProjParm(SRS_PP_FALSE_NORTHING, -1), c.fn);
-    }
-}
+// The zone forms of types 11 and 12 are known answers in tests/data/legacyzones.known.
 
 TEST(LegacyRecord, OnlyASevenParameterShiftBecomesTowgs84) {
     for (int type : {1, 11}) {
