@@ -142,6 +142,18 @@ const std::map<std::string, Operation>& _Operations() {
              EXPECT_TRUE(shift.Transformation(xy.data(), 1, 2));
              return xy;
          }},
+        // bursa-chain <source> <target> dX dY dZ rx ry rz ppm x y z -> x y z:
+        // the factory's chain through geocentric coordinates.
+        {"bursa-chain",
+         [](const KnownAnswer& a) {
+             const std::vector<double> numbers = _Numbers(a.inputs, 2);
+             LmSmarterPtr<LmCoordinateTransformation> chain =
+                 LmCoordinateTransformationFactory::CreateBursa7CoordinateTransformation(_Named(a, 0), _Named(a, 1),
+                                                                                         numbers.data());
+             std::vector<double> xyz(numbers.begin() + 7, numbers.end());
+             EXPECT_TRUE(chain->Transformation(xyz.data(), 1, 3));
+             return xyz;
+         }},
         {"gcj02",
          [](const KnownAnswer& a) {
              std::vector<double> out(2);
