@@ -250,6 +250,39 @@ const std::map<std::string, Operation>& _Operations() {
                  c.source.data(), c.target.data(), out.data(), out[7]);
              return out;
          }},
+        // legacy-projection type method parameterName... -> parameterValue...:
+        // a record named "Proj" on "Geog" (Krassowsky's ellipsoid) whose
+        // parameters all differ, so one read from the wrong member shows.
+        {"legacy-projection",
+         [](const KnownAnswer& a) {
+             tag_Projection_Param r;
+             r.ProjType = std::stoi(a.inputs.at(0));
+             Parser<char[128]>::Parse("Geog", r.GeogName);
+             Parser<char[128]>::Parse("Proj", r.ProjName);
+             r.SemiMajorKm = 6378.245;
+             r.InvFlattening = 298.3;
+             r.FalseEastingKm = 123.0;
+             r.FalseNorthingKm = 45.5;
+             r.OriginLatitude = 31.0;
+             r.CentralMeridian = 118.0;
+             r.StdParallel1 = 24.0;
+             r.StdParallel2 = 46.0;
+             r.ScaleFactor = 0.95;
+             r.TrueScaleLatitude = 71.0;
+             r.SatelliteHeightKm = 35786.0;
+             std::unique_ptr<OGRSpatialReference, void (*)(OGRSpatialReference*)> srs(
+                 r.ToGdal(), OGRSpatialReference::DestroySpatialReference);
+             EXPECT_STREQ(srs->GetAttrValue("PROJECTION"), a.inputs.at(1).c_str());
+             EXPECT_STREQ(srs->GetAttrValue("PROJCS"), "Proj");
+             EXPECT_STREQ(srs->GetAttrValue("GEOGCS"), "Geog");
+             EXPECT_STREQ(srs->GetAttrValue("DATUM"), "Geog");
+             EXPECT_DOUBLE_EQ(srs->GetSemiMajor(), 6378245.0);
+             EXPECT_DOUBLE_EQ(srs->GetInvFlattening(), 298.3);
+             EXPECT_EQ(srs->GetAxisMappingStrategy(), OAMS_TRADITIONAL_GIS_ORDER);
+             std::vector<double> out;
+             for (std::size_t i = 2; i < a.inputs.size(); ++i) out.push_back(srs->GetProjParm(a.inputs[i].c_str(), -1));
+             return out;
+         }},
         // legacy-zone type zoneWidth zoneNumber hemisphere centralMeridian falseEastingKm
         //   -> centralMeridian originLatitude scaleFactor falseEasting falseNorthing:
         // the Transverse Mercator GDAL makes of a legacy record whose own

@@ -126,9 +126,10 @@ std::string ProjectedWithAxes(const char* axis1, const char* axis2) {
            axis1 + R"(],AXIS[")" + axis2 + "]]";
 }
 
+// The axis patterns GDAL's trees give (the table's own rows are not repeated
+// here), and where no tree has axes.
 TEST(Records, CoordinateSystemsFromTheAxisNodes) {
     const char* const degree = R"(UNIT["degree",0.0174532925199433,AUTHORITY["EPSG","9122"]])";
-    const char* const dmsh = R"(UNIT["DMSH",0.0174532925199433,AUTHORITY["EPSG","9108"]])";
     const char* const grad = R"(UNIT["grad",0.015707963267949,AUTHORITY["EPSG","9105"]])";
     struct Row {
         std::string wkt;
@@ -136,20 +137,13 @@ TEST(Records, CoordinateSystemsFromTheAxisNodes) {
     };
     const std::vector<Row> table = {
         {GeographicWithAxes(degree, R"(Latitude",NORTH)", R"(Longitude",EAST)"), 6422},
-        {GeographicWithAxes(dmsh, R"(Lat",NORTH)", R"(Long",EAST)"), 6402},
         // Longitude first is only recognised with the latitude-first orientations.
         {GeographicWithAxes(degree, R"(Longitude",NORTH)", R"(Latitude",EAST)"), 6424},
         {GeographicWithAxes(grad, R"(Longitude",NORTH)", R"(Latitude",EAST)"), 6403},
         {GeographicWithAxes(degree, R"(Longitude",EAST)", R"(Latitude",NORTH)"), 0},
         {ProjectedWithAxes(R"(Easting",EAST)", R"(Northing",NORTH)"), 4400},
         {ProjectedWithAxes(R"(Northing",NORTH)", R"(Easting",EAST)"), 4500},
-        {ProjectedWithAxes(R"(Northing",NORTH)", R"(Easting",WEST)"), 4501},
         {ProjectedWithAxes(R"(X",NORTH)", R"(Y",EAST)"), 4530},
-        {ProjectedWithAxes(R"(X",EAST)", R"(Y",NORTH)"), 4499},
-        {ProjectedWithAxes(R"(X",SOUTH)", R"(Y",WEST)"), 6501},
-        {ProjectedWithAxes(R"(Y",EAST)", R"(X",NORTH)"), 4498},
-        {ProjectedWithAxes(R"(Y",NORTH)", R"(X",EAST)"), 4532},
-        {ProjectedWithAxes(R"(Y",WEST)", R"(X",SOUTH)"), 6503},
         {ProjectedWithAxes(R"(Lat",NORTH)", R"(Lon",EAST)"), 0},
         // With an EPSG identifier GDAL's GetAxis says "Geodetic latitude";
         // the tree keeps "Latitude".
@@ -165,7 +159,7 @@ TEST(Records, CoordinateSystemsFromTheAxisNodes) {
         ASSERT_FALSE(reference.IsNull()) << row.wkt;
         EXPECT_EQ(reference.CoordinateSystem().Code, row.code) << row.wkt;
     }
-    EXPECT_EQ(LmSpatialReference(table[3].wkt.c_str(), eWKT).CoordinateSystem().Name,
+    EXPECT_EQ(LmSpatialReference(table[2].wkt.c_str(), eWKT).CoordinateSystem().Name,
               "Ellipsoidal 2D CS. Axes: Longitude, Latitude (Long,Lat). Orientations: north, east.  UoM: grads.");
     EXPECT_EQ(LmSpatialReference(table.back().wkt.c_str(), eWKT).CoordinateSystem().Name,
               "Cartesian 2D CS. Axes: X, Y (X,Y). Orientations: east, north.  UoM: m.");
