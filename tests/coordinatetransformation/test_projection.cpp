@@ -2,15 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
 
 using namespace ProjectionTests;
 
 namespace {
 
 // Projection pairs, for each format of the geographic reference, are known
-// answers in tests/data/projections.known; so are the closed forms these
-// values come from.
+// answers in tests/data/projections.known, which names the closed forms the
+// values below come from too.
+
 // (117, 30) in UTM zone 50N: on its central meridian, k0 times the meridian arc.
 void ExpectUtm50At117And30(double easting, double northing) {
     EXPECT_NEAR(easting, 500000.0, 1e-6);
