@@ -3,7 +3,7 @@
 //
 // A line is "<operation> <inputs> -> <expected outputs> +- <tolerance>", with
 // one tolerance for every output or one per output; "*" as an expected output
-// leaves it unchecked. "reference <name> <kind> <text>" names a spatial
+// leaves it unchecked, and a "quoted text" must equal the output exactly. "reference <name> <kind> <text>" names a spatial
 // reference for the lines after it in the same file; <kind> is wkt, proj4 or
 // xml (the text as written), wellknown (wgs84, cgcs2000, webmercator), or
 // epsg-wkt, epsg-xml (the text GDAL writes for an EPSG code, authority and
@@ -19,7 +19,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
+#include <iomanip>
 #include <functional>
 #include <map>
 #include <memory>
@@ -40,6 +42,7 @@ struct KnownAnswer {
     int line = 0;
     std::string operation;  // empty for a line that could not be read
     std::vector<std::string> inputs, expected;
+    std::vector<bool> quoted;  // per expected output
     std::vector<double> tolerances;
     std::shared_ptr<const References> references;
 };
@@ -65,13 +68,16 @@ void _ReadFile(const std::string& name, std::vector<KnownAnswer>& answers) {
             (*references)[label] = {kind, word};
             continue;
         }
-        KnownAnswer answer{name, line, "", {}, {}, {}, references};
+        KnownAnswer answer{name, line, "", {}, {}, {}, {}, references};
         std::vector<std::string>* part = &answer.inputs;
-        while (words >> word) {
-            if (word == "->") part = &answer.expected;
-            else if (word == "+-") part = nullptr;
+        while (words >> std::ws && !words.eof()) {
+            const bool quoted = words.peek() == '"';
+            words >> std::quoted(word);
+            if (word == "->" && !quoted) part = &answer.expected;
+            else if (word == "+-" && !quoted) part = nullptr;
             else if (part) part->push_back(word);
             else answer.tolerances.push_back(std::strtod(word.c_str(), nullptr));
+            if (part == &answer.expected && word != "->") answer.quoted.push_back(quoted);
         }
         const std::size_t tolerances = answer.tolerances.size();
         if (!answer.expected.empty() && (tolerances == 1 || tolerances == answer.expected.size()))
@@ -104,6 +110,8 @@ LmSmarterPtr<LmSpatialReference> _Named(const KnownAnswer& answer, std::size_t i
     if (kind == "xml") return Reference(text.c_str(), eXML);
     if (kind == "epsg-wkt") return Reference(EpsgWkt(std::stoi(text)).c_str(), eWKT);
     if (kind == "epsg-xml") return Reference(Reference(EpsgWkt(std::stoi(text)).c_str())->ExportToXml().c_str(), eXML);
+    if (kind == "code") return LmSmarterPtr<LmSpatialReference>(new LmSpatialReference(std::stoi(text)));
+    if (kind == "code-wkt") return Reference(LmSpatialReference(std::stoi(text)).ExportToWKT(false).c_str(), eWKT);
     if (text == "wgs84") return Reference(eWGS84);
     if (text == "cgcs2000") return Reference(eCGCS2000);
     return Reference(eWebMercator);
@@ -121,6 +129,59 @@ LmSmarterPtr<LmPyramid> _Pyramid(const std::string& name) {
 
 // The operations: each gives the values a line's inputs lead to.
 using Operation = std::function<std::vector<double>(const KnownAnswer&)>;
+
+// The operations on the descriptive records of a reference, whose outputs
+// mix texts and numbers.
+using Outputs = std::vector<std::string>;
+using RecordOperation = std::function<Outputs(const LmSpatialReference&, int index)>;
+
+const std::map<std::string, RecordOperation>& _RecordOperations() {
+    static const std::map<std::string, RecordOperation> operations = {
+        // coordinate-system <reference> -> code "name"
+        {"coordinate-system",
+         [](const LmSpatialReference& r, int) {
+             const LmCoordinateSystem cs = r.CoordinateSystem();
+             return Outputs{std::to_string(cs.Code), cs.Name};
+         }},
+        // axis <reference> index -> order "name" "abbreviation" "orientation" nameCode csCode unitCode
+        {"axis",
+         [](const LmSpatialReference& r, int index) {
+             const LmCoordinateAxis axis = r.CoordinateAxis(index);
+             return Outputs{std::to_string(axis.Order), axis.Name, axis.Abbreviation, axis.Orientation,
+                            std::to_string(axis.AxisNameCode), std::to_string(axis.CoordinateSystemCode),
+                            std::to_string(axis.UnitCode)};
+         }},
+        // geographic-crs <reference> -> code "name" "kind" csCode datumCode datumCode
+        {"geographic-crs",
+         [](const LmSpatialReference& r, int) {
+             const LmCoordinateReferenceSystem crs = r.GeographicCoordinateReferenceSystem();
+             return Outputs{std::to_string(crs.Code), crs.Name, crs.Kind, std::to_string(crs.CoordinateSystemCode),
+                            std::to_string(crs.DatumCode[0]), std::to_string(crs.DatumCode[1])};
+         }},
+        // datum <reference> -> code "name" ellipsoidCode primeMeridianCode ellipsoidUnitCode
+        {"datum",
+         [](const LmSpatialReference& r, int) {
+             const LmDatum datum = r.Datum();
+             return Outputs{std::to_string(datum.Code), datum.Name, std::to_string(datum.EllipsoidCode),
+                            std::to_string(datum.PrimeMeridianCode), std::to_string(r.EllipsoidInfo().UnitCode)};
+         }},
+        // conversion <reference> -> methodCode "name" parameterCount
+        {"conversion",
+         [](const LmSpatialReference& r, int) {
+             const LmCoordinateConversionsRule rule = r.CoordinateConversionsRule();
+             return Outputs{std::to_string(rule.MethodCode), rule.Name,
+                            std::to_string(r.CoordinateConversionsParameterCount())};
+         }},
+        // conversion-parameter <reference> index -> "name" methodCode parameterCode value unit
+        {"conversion-parameter",
+         [](const LmSpatialReference& r, int index) {
+             const LmCoordinateConversionsParameter p = r.CoordinateConversionsParameter(index);
+             return Outputs{p.Name, std::to_string(p.MethodCode), std::to_string(p.ParameterCode),
+                            std::to_string(p.Value), std::to_string(static_cast<int>(p.Unit))};
+         }},
+    };
+    return operations;
+}
 
 const std::map<std::string, Operation>& _Operations() {
     static const std::map<std::string, Operation> operations = {
@@ -318,14 +379,31 @@ class KnownAnswers : public testing::TestWithParam<KnownAnswer> {};
 TEST_P(KnownAnswers, Hold) {
     const KnownAnswer& answer = GetParam();
     SCOPED_TRACE(answer.file + ":" + std::to_string(answer.line));
+    Outputs got;
     const auto operation = _Operations().find(answer.operation);
-    ASSERT_TRUE(operation != _Operations().end()) << "unknown operation or malformed line";
-    const std::vector<double> got = operation->second(answer);
+    const auto record = _RecordOperations().find(answer.operation);
+    if (operation != _Operations().end()) {
+        // Seventeen digits give every double back exactly.
+        char text[32];
+        for (double value : operation->second(answer))
+            got.emplace_back(text, std::snprintf(text, sizeof text, "%.17g", value));
+    } else if (record != _RecordOperations().end()) {
+        const LmSmarterPtr<LmSpatialReference> reference = _Named(answer, 0);
+        ASSERT_TRUE(reference);
+        got = record->second(*reference, answer.inputs.size() > 1 ? std::stoi(answer.inputs[1]) : 0);
+    } else {
+        FAIL() << "unknown operation or malformed line";
+    }
     ASSERT_EQ(got.size(), answer.expected.size());
     for (std::size_t i = 0; i < got.size(); ++i) {
-        if (answer.expected[i] == "*") continue;
-        const double tolerance = answer.tolerances[answer.tolerances.size() == 1 ? 0 : i];
-        EXPECT_NEAR(got[i], std::strtod(answer.expected[i].c_str(), nullptr), tolerance) << "output " << i;
+        if (answer.quoted[i]) {
+            EXPECT_EQ(got[i], answer.expected[i]) << "output " << i;
+        } else if (answer.expected[i] != "*") {
+            const double tolerance = answer.tolerances[answer.tolerances.size() == 1 ? 0 : i];
+            EXPECT_NEAR(std::strtod(got[i].c_str(), nullptr), std::strtod(answer.expected[i].c_str(), nullptr),
+                        tolerance)
+                << "output " << i;
+        }
     }
 }
 
