@@ -1,7 +1,7 @@
 // Every transformation of the library against the batch rules they share:
 // point i at index i * step (64-bit) of the x, y and z arrays, z left alone by
 // the 2D transformations, batches equal to the same points one by one whatever
-// the team size, and an empty batch changes nothing.
+// the team size, and an empty or negative batch changes nothing.
 #include "projection_fixtures.h"
 
 #include <lmspatialreference/fittingmodels.h>
@@ -106,6 +106,7 @@ TEST(Batches, EqualPointByPointResultsForEveryStepAndTeamSize) {
 
         double one[2] = {116.4, 39.9};
         EXPECT_TRUE(c.transformation->Transformation(one, one + 1, nullptr, 0, 1));
+        c.transformation->Transformation(one, one + 1, nullptr, -5, 1);
         EXPECT_EQ(one[0], 116.4);
         EXPECT_EQ(one[1], 39.9);
     }
