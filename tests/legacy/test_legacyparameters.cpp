@@ -178,7 +178,8 @@ TEST(LegacyText, AutoDetectFallsBackToWktWhileTheLegacyFormatDoesNot) {
     // Type 0 is an empty but non-null reference.
     LmSpatialReference empty(GaussKrugerText({{6, "0"}}).c_str(), eLegacyParameters);
     EXPECT_FALSE(empty.IsNull());
-    EXPECT_FALSE(empty.IsGeographic() || empty.IsProjected());
+    EXPECT_FALSE(empty.IsGeographic());
+    EXPECT_FALSE(empty.IsProjected());
 }
 
 // Meridian arc length from the equator to `lat` degrees, by Simpson's rule.
