@@ -3,11 +3,12 @@
 //
 // A line is "<operation> <inputs> -> <expected outputs> +- <tolerance>", with
 // one tolerance for every output or one per output; "*" as an expected output
-// leaves it unchecked, and a "quoted text" must equal the output exactly. "reference <name> <kind> <text>" names a spatial
-// reference for the lines after it in the same file; <kind> is wkt, proj4 or
-// xml (the text as written), wellknown (wgs84, cgcs2000, webmercator), or
-// epsg-wkt, epsg-xml (the text GDAL writes for an EPSG code, authority and
-// axes included).
+// leaves it unchecked, and a "quoted text" must equal the output exactly.
+// "reference <name> <kind> <text>" names a spatial reference for the lines
+// after it in the same file; <kind> is wkt, proj4 or xml (the text as
+// written), wellknown (wgs84, cgcs2000, webmercator), epsg-wkt or epsg-xml (the
+// text GDAL writes for an EPSG code, authority and axes included), code (the
+// library's reference for an EPSG code) or code-wkt (read back from its WKT).
 #include "tests/fitting/estimation_fixtures.h"
 #include "tests/fixtures.h"
 
@@ -21,8 +22,8 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
-#include <iomanip>
 #include <functional>
+#include <iomanip>
 #include <map>
 #include <memory>
 #include <sstream>
