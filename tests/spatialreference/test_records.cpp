@@ -115,6 +115,7 @@ TEST(Records, NullReferenceAnswersNoCodesAndEmptyTexts) {
     EXPECT_EQ(null.CoordinateConversionsParameterCount(), 0);
 
     EXPECT_EQ(GetCode(nullptr, "UNIT"), -1);
+    EXPECT_EQ(AxisName(nullptr), eAxisUnknown);
     EXPECT_EQ(ConversionsRuleCode(true, nullptr), -1);
     EXPECT_TRUE(AllCoordOpParamsInfo(nullptr, 9807).empty());
 }
