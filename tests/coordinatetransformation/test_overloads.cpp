@@ -1,4 +1,4 @@
-#include <lmspatialreference/coordinatetransformation.h>
+#include <lmspatialreference/lmspatialreference.h>
 
 #include <gtest/gtest.h>
 
@@ -76,7 +76,7 @@ TEST(TransformationOverloads, CopyingFormsRefuseBadArgumentsWithoutCopying) {
     EXPECT_EQ(target[3], 9);
 }
 
-TEST(TransformationOverloads, ReverseFailsByDefaultAfterCopying) {
+TEST(TransformationOverloads, ReverseFailsByDefaultAfterCopyingAndReachesAnOverride) {
     Shift shift;
     double x = 1, y = 2;
     EXPECT_FALSE(shift.ReverseTransformation(&x, &y, nullptr, 1, 1));
@@ -85,6 +85,12 @@ TEST(TransformationOverloads, ReverseFailsByDefaultAfterCopying) {
     double target[6] = {};
     EXPECT_FALSE(shift.ReverseTransformation(source, 2, 3, target));
     for (int i = 0; i < 6; ++i) EXPECT_EQ(target[i], source[i]);
+
+    // Bursa has a reverse of its own: a pure translation taken back.
+    const double translation[7] = {1, 2, 3, 0, 0, 0, 0};
+    EXPECT_TRUE(LmBursa7ParameterGeocentricCoordinateTransformation(translation).ReverseTransformation(source, 2, 3, target));
+    const double expected[6] = {0, 0, 0, 3, 3, 3};
+    for (int i = 0; i < 6; ++i) EXPECT_DOUBLE_EQ(target[i], expected[i]) << i;
 }
 
 }  // namespace
