@@ -1,7 +1,7 @@
 // Every transformation of the library against the batch rules they share:
 // point i at index i * step (64-bit) of the x, y and z arrays, z left alone by
 // the 2D transformations, batches equal to the same points one by one whatever
-// the team size, and an empty batch changes nothing.
+// the team size, and an empty or negative batch changes nothing.
 #include "projection_fixtures.h"
 
 #include <lmspatialreference/fittingmodels.h>
@@ -95,8 +95,10 @@ TEST(Batches, EqualPointByPointResultsForEveryStepAndTeamSize) {
         EXPECT_EQ(c.transformation->Transformation(x.data(), y.data(), count, 1), allOk);
         EXPECT_EQ(c.transformation->Transformation(xy.data(), count, 2), allOk);
         for (int i = 0; i < count; ++i) {
-            ASSERT_TRUE(x[i] == single[3 * i] && y[i] == single[3 * i + 1]) << "step 1, point " << i;
-            ASSERT_TRUE(xy[2 * i] == x[i] && xy[2 * i + 1] == y[i]) << "step 2, point " << i;
+            ASSERT_EQ(x[i], single[3 * i]) << "step 1, point " << i;
+            ASSERT_EQ(y[i], single[3 * i + 1]) << "step 1, point " << i;
+            ASSERT_EQ(xy[2 * i], x[i]) << "step 2, point " << i;
+            ASSERT_EQ(xy[2 * i + 1], y[i]) << "step 2, point " << i;
             if (c.keepsZ) {
                 ASSERT_EQ(single[3 * i + 2], source[3 * i + 2]) << "z of point " << i;
             }
@@ -104,7 +106,9 @@ TEST(Batches, EqualPointByPointResultsForEveryStepAndTeamSize) {
 
         double one[2] = {116.4, 39.9};
         EXPECT_TRUE(c.transformation->Transformation(one, one + 1, nullptr, 0, 1));
-        EXPECT_TRUE(one[0] == 116.4 && one[1] == 39.9);
+        c.transformation->Transformation(one, one + 1, nullptr, -5, 1);
+        EXPECT_EQ(one[0], 116.4);
+        EXPECT_EQ(one[1], 39.9);
     }
 }
 

@@ -41,7 +41,9 @@ TEST(Combination, StopsAtTheFirstFailingOrNullMemberAndHoldsItsMembers) {
         EXPECT_EQ(succeeding->RefCount(), 3);
         double xy[4] = {0, 0, 1, 1};
         EXPECT_FALSE(chain.Transformation(xy, 2, 2));
-        EXPECT_TRUE(xy[0] == 200.0 && xy[2] == 201.0 && xy[3] == 1.0);
+        EXPECT_EQ(xy[0], 200.0);
+        EXPECT_EQ(xy[2], 201.0);
+        EXPECT_EQ(xy[3], 1.0);
         EXPECT_TRUE(empty.Transformation(xy, 2, 2));  // an empty chain succeeds without changes
         EXPECT_EQ(xy[0], 200.0);
         withNull.Add(succeeding);

@@ -1,6 +1,7 @@
 // The parallel mode of the projection transformation beyond what every batch
-// obeys (test_batches.cpp): failures are counted quietly, negative counts are
-// refused, and one object may serve several callers at once.
+// obeys (test_batches.cpp) and what block calls obey in both modes, failures
+// included (test_projection_blocks.cpp): one object may serve several callers
+// at once.
 #include "projection_fixtures.h"
 
 #include <gtest/gtest.h>
@@ -12,13 +13,12 @@ using namespace ProjectionTests;
 
 namespace {
 
-// Interleaved points over zone 50, with one point beyond the pole that GDAL
-// refuses when failing is a valid index.
-std::vector<double> Points(int count, int failing) {
+// Interleaved points over zone 50.
+std::vector<double> Points(int count) {
     std::vector<double> xy;
     for (int i = 0; i < count; ++i) {
         xy.push_back(111.0 + 12.0 * i / count);
-        xy.push_back(i == failing ? 95.0 : -60.0 + 140.0 * i / count);
+        xy.push_back(-60.0 + 140.0 * i / count);
     }
     return xy;
 }
@@ -38,28 +38,14 @@ struct Modes {
     LmSmarterPtr<LmCoordinateTransformation> parallel;
 };
 
-TEST(ProjectionParallel, FailuresAreCountedQuietlyAndNegativeCountsRefused) {
-    Modes modes;
-    TeamSize team(4);
-    std::vector<double> values = Points(101, 50);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(modes.parallel->Transformation(values.data(), 101, 2));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_GT(values[0], 100000.0);
-    EXPECT_GT(values[200], 100000.0);
-    double xy[2] = {117.0, 30.0};
-    for (auto* mode : {&modes.serial, &modes.parallel}) EXPECT_FALSE((*mode)->Transformation(xy, xy + 1, -5, 2));
-    EXPECT_TRUE(xy[0] == 117.0 && xy[1] == 30.0);
-}
-
 TEST(ProjectionParallel, CallersMayShareOneObjectInEitherMode) {
     Modes modes;
     TeamSize team(2);
     const int count = 2000;
-    std::vector<double> expected = Points(count, -1);
+    std::vector<double> expected = Points(count);
     ASSERT_TRUE(modes.serial->Transformation(expected.data(), count, 2));
     for (auto* shared : {&modes.serial, &modes.parallel}) {
-        std::vector<std::vector<double>> results(4, Points(count, -1));
+        std::vector<std::vector<double>> results(4, Points(count));
         std::vector<int> succeeded(results.size(), 0);
         std::vector<std::thread> callers;
         for (std::size_t c = 0; c < results.size(); ++c)

@@ -1,7 +1,7 @@
 // Shared by the estimation tests: the references the control points live in,
 // geocentric conversions done by PROJ (independent of the library), the
 // forward Helmert transformation in both rotation conventions, and control
-// point sets over China.
+// point sets over China, Bursa's among them.
 #ifndef LMSPATIALREFERENCE_TESTS_ESTIMATION_FIXTURES_H
 #define LMSPATIALREFERENCE_TESTS_ESTIMATION_FIXTURES_H
 
@@ -84,6 +84,24 @@ inline std::vector<double> ChinaPoints(int count, double lon0 = 114.0, double la
 
 // Deterministic noise of the given amplitude (uniform in [-a, a)).
 inline double Noise(int i, double amplitude) { return amplitude * (2.0 * std::fmod(i * 0.7548776662, 1.0) - 1.0); }
+
+// Control points in CGCS2000 and Beijing 1954 related by a known Helmert
+// transformation in geocentric space; PROJ produces both sets.
+struct BursaCase {
+    std::vector<double> source, target;  // geodetic (lon, lat, h)
+};
+
+inline BursaCase MakeBursaCase(const Helmert& truth, bool coordinateFrame, int count, double noise) {
+    BursaCase c;
+    c.source = ChinaPoints(count);
+    std::vector<double> xyz = c.source;
+    ProjGeocentric(kCgcs2000, true, xyz);
+    HelmertForward(truth, coordinateFrame, xyz);
+    for (std::size_t k = 0; k < xyz.size(); ++k) xyz[k] += Noise(static_cast<int>(k), noise);
+    ProjGeocentric(kBeijing1954, false, xyz);
+    c.target = xyz;
+    return c;
+}
 
 }  // namespace EstimationTests
 

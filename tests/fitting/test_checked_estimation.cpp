@@ -119,7 +119,8 @@ TEST(CheckedEstimation, RefusesTooFewAndDegeneratePointsWithoutEndingTheProcess)
         EXPECT_FALSE(Checked(model, beijing1954, cgcs2000, 12, 3, bad.data(), target.data(), r));
         EXPECT_FALSE(Checked(model, beijing1954, cgcs2000, 12, 1, source.data(), target.data(), r));
         EXPECT_EQ(r.meanError, 42.0);
-        EXPECT_TRUE(r.parameters.empty() && r.residuals.empty());
+        EXPECT_TRUE(r.parameters.empty());
+        EXPECT_TRUE(r.residuals.empty());
     }
 }
 

@@ -78,7 +78,9 @@ TEST(Eigen, TwoByTwoClosedFormAndADiagonalMatrixOnlySorted) {
     const double A[9] = {1, 0, 0, 0, 5, 0, 0, 0, 3};
     double V[9], d[3];
     mat_eigen(3, A, V, d);
-    EXPECT_TRUE(d[0] == 5.0 && d[1] == 3.0 && d[2] == 1.0) << d[0] << " " << d[1] << " " << d[2];
+    EXPECT_EQ(d[0], 5.0);
+    EXPECT_EQ(d[1], 3.0);
+    EXPECT_EQ(d[2], 1.0);
     const double expectedRows[9] = {0, 1, 0, 0, 0, 1, 1, 0, 0};
     for (int k = 0; k < 9; ++k) EXPECT_EQ(V[k], expectedRows[k]) << k;
 }

@@ -46,11 +46,13 @@ TEST(LUPDecomp, FactorsReproducePermutedRows) {
 
     const double equalMagnitudes[4] = {-2, 1, 2, 3};  // the first row is kept
     LUPDecomp(equalMagnitudes, 2, lu);
-    EXPECT_TRUE(lu.P[0] == 0 && lu.P[1] == 1);
+    EXPECT_EQ(lu.P[0], 0);
+    EXPECT_EQ(lu.P[1], 1);
     DelLUPMat(lu);
     const double tinyPivots[4] = {1e-300, 0, 0, 1e-300};  // tiny but not zero: accepted
     LUPDecomp(tinyPivots, 2, lu);
-    EXPECT_TRUE(lu.U[0] == 1e-300 && lu.U[3] == 1e-300);
+    EXPECT_EQ(lu.U[0], 1e-300);
+    EXPECT_EQ(lu.U[3], 1e-300);
     DelLUPMat(lu);
 }
 

@@ -49,7 +49,8 @@ TEST(MatrixKit, TransposesProductsAndRankOneUpdatesKeepRowsAndColumnsApart) {
     mat_turn(3, A, B);
     mat_turn(3, A, A);  // in place
     const double transposed[9] = {1, 4, 7, 2, 5, 8, 3, 6, 9};
-    EXPECT_TRUE(std::equal(A, A + 9, transposed) && std::equal(B, B + 9, transposed));
+    EXPECT_TRUE(std::equal(A, A + 9, transposed));
+    EXPECT_TRUE(std::equal(B, B + 9, transposed));
 
     double C[9];
     mat_mul(3, kUnimodular, kUnimodularInverse, C);
@@ -57,16 +58,22 @@ TEST(MatrixKit, TransposesProductsAndRankOneUpdatesKeepRowsAndColumnsApart) {
     const double x[3] = {1, -1, 2};
     double y[3];
     mat_vec(3, kUnimodular, x, y);
-    EXPECT_TRUE(y[0] == 5.0 && y[1] == 7.0 && y[2] == -1.0);
+    EXPECT_EQ(y[0], 5.0);
+    EXPECT_EQ(y[1], 7.0);
+    EXPECT_EQ(y[2], -1.0);
     EXPECT_EQ(mat_vec_mul(3, kUnimodular, x), 5.0 - 7.0 - 2.0);
 
     // A[i][j] += y[j] * x[i] * w, then without the weight.
     const double u[2] = {1, 2}, v[2] = {3, 5};
     double R[4] = {1, 1, 1, 1};
     EXPECT_EQ(mat_add(2, R, u, v, 0.5), 2);
-    EXPECT_TRUE(R[0] == 2.5 && R[1] == 3.5 && R[2] == 4.0 && R[3] == 6.0);
+    EXPECT_EQ(R[0], 2.5);
+    EXPECT_EQ(R[1], 3.5);
+    EXPECT_EQ(R[2], 4.0);
+    EXPECT_EQ(R[3], 6.0);
     mat_vec_vec(2, u, v, R);
-    EXPECT_TRUE(R[1] == 8.5 && R[2] == 10.0);
+    EXPECT_EQ(R[1], 8.5);
+    EXPECT_EQ(R[2], 10.0);
 }
 
 TEST(MatrixKit, SolveThroughThePermutationIndex) {
@@ -94,7 +101,9 @@ TEST(MatrixKit, LuKeepsRowsInPlaceAndPivotsByIndex) {
 TEST(MatrixKit, SolveRefusesSharedRightHandSidesAndSingularMatrices) {
     double A[4] = {2, 0, 0, 2}, b[2] = {1, 1}, x[2];
     EXPECT_EQ(mat_solve(2, A, b, b), 0);
-    EXPECT_TRUE(A[0] == 2.0 && A[3] == 2.0 && b[0] == 1.0);  // untouched
+    EXPECT_EQ(A[0], 2.0);
+    EXPECT_EQ(A[3], 2.0);
+    EXPECT_EQ(b[0], 1.0);  // untouched
     double singular[4] = {1, 2, 2, 4};
     EXPECT_EQ(mat_solve(2, singular, b, x), 0);
 }

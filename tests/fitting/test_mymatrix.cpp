@@ -18,12 +18,14 @@ TEST(MyMatrix, ProductSumsRowsByColumns) {
     MyMatrix a = _matrix(2, 3, {1, 2, 3, 4, 5, 6});
     MyMatrix b = _matrix(3, 2, {7, 8, 9, 10, 11, 12});
     MyMatrix c = a * b;
-    ASSERT_TRUE(c.rows == 2 && c.cols == 2);
+    ASSERT_EQ(c.rows, 2);
+    ASSERT_EQ(c.cols, 2);
     const double expected[4] = {58, 64, 139, 154};
     for (int k = 0; k < 4; ++k) EXPECT_EQ(c.getxy(k / 2, k % 2), expected[k]) << k;
 
     MyMatrix mismatched = a * a;  // a zero matrix shaped like the left factor
-    ASSERT_TRUE(mismatched.rows == 2 && mismatched.cols == 3);
+    ASSERT_EQ(mismatched.rows, 2);
+    ASSERT_EQ(mismatched.cols, 3);
     for (int k = 0; k < 6; ++k) EXPECT_EQ(mismatched.data[k], 0.0);
 }
 
@@ -32,7 +34,8 @@ TEST(MyMatrix, NormalEquationsOfALineFit) {
     MyMatrix design = _matrix(4, 2, {1, 0, 1, 1, 1, 2, 1, 3});
     MyMatrix observed = _matrix(4, 1, {1, 3, 5, 7});
     MyMatrix transposed = design.transpote();
-    ASSERT_TRUE(transposed.rows == 2 && transposed.cols == 4);
+    ASSERT_EQ(transposed.rows, 2);
+    ASSERT_EQ(transposed.cols, 4);
     for (int k = 0; k < 8; ++k) EXPECT_EQ(transposed.getxy(k % 2, k / 2), design.getxy(k / 2, k % 2));
     MyMatrix normal = transposed * design;
     MyMatrix inverse(2, 2);
@@ -49,7 +52,8 @@ TEST(MyMatrix, CopiesAreDeep) {
     MyMatrix returned = (assigned = a);
     a.setxy(0, 0, 99.0);
     for (const MyMatrix* m : {&copy, &assigned, &returned}) {
-        ASSERT_TRUE(m->rows == 2 && m->cols == 2);
+        ASSERT_EQ(m->rows, 2);
+        ASSERT_EQ(m->cols, 2);
         EXPECT_EQ(m->getxy(0, 0), 1.0);
         EXPECT_EQ(m->getxy(1, 1), 4.0);
     }

@@ -61,8 +61,10 @@ TEST(TextReference, MissingTextsUnknownFormatsAndRefusedWktGiveNullReferencesQui
     // A failed XML or PROJ.4 import leaves an empty object that is not null.
     LmSpatialReference xml("<not a crs/>", eXML), proj4("+proj=nonsense", eProj4);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_FALSE(xml.IsNull() || proj4.IsNull());
-    EXPECT_FALSE(xml.IsGeographic() || xml.IsProjected());
+    EXPECT_FALSE(xml.IsNull());
+    EXPECT_FALSE(proj4.IsNull());
+    EXPECT_FALSE(xml.IsGeographic());
+    EXPECT_FALSE(xml.IsProjected());
 }
 
 TEST(TextReference, WktFormatsKeepTheSourceTextUnchanged) {

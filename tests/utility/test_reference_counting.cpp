@@ -36,7 +36,9 @@ TEST(LmRefObject, StartsOwnedByNobodyDiesAtTheLastReleaseAndCopiesCountAlone) {
 
 TEST(LmSmarterPtr, NullFormsAndAReferenceAddedOnlyWhenAsked) {
     LmSmarterPtr<Tracked> byDefault, fromZero(0), fromNull(nullptr, true);
-    EXPECT_TRUE(!byDefault && !fromZero && fromNull == nullptr);
+    EXPECT_FALSE(byDefault);
+    EXPECT_FALSE(fromZero);
+    EXPECT_EQ(fromNull, nullptr);
     int destroyed = 0;
     auto* object = new Tracked(&destroyed);
     object->AddRef();  // the reference the second pointer takes over
@@ -61,7 +63,8 @@ TEST(LmSmarterPtr, CopiesAssignmentsAndAttachKeepTheCountExact) {
         b = a;
         EXPECT_EQ(first->RefCount(), 2);
         EXPECT_EQ(b = second, second);
-        EXPECT_TRUE(first->RefCount() == 1 && second->RefCount() == 1);
+        EXPECT_EQ(first->RefCount(), 1);
+        EXPECT_EQ(second->RefCount(), 1);
     }
     EXPECT_EQ(destroyed, 1);  // second died with b
     const LmSmarterPtr<Tracked>& alias = a;
