@@ -343,6 +343,16 @@ void BM_FindEpsg(benchmark::State& state) {
 }
 BENCHMARK(BM_FindEpsg)->Unit(benchmark::kMicrosecond);
 
+// The same from one and two threads, each on references of its own.
+void BM_FindEpsgThreads(benchmark::State& state) {
+    std::vector<LmSmarterPtr<LmSpatialReference>> references;
+    for (const std::string& text : _TableOnlyTexts()) references.emplace_back(new LmSpatialReference(text.c_str(), eWKT));
+    references.front()->FindEPSG();
+    std::size_t next = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(references[next++ % references.size()]->FindEPSG());
+}
+BENCHMARK(BM_FindEpsgThreads)->Threads(1)->Threads(2)->UseRealTime()->Unit(benchmark::kMicrosecond);
+
 // Full-table searches from one and two threads (a text no code matches, so
 // neither the recent cache nor the alias category answers it).
 void BM_EpsgNoMatchThreads(benchmark::State& state) {
