@@ -208,16 +208,13 @@ void LmEPSGMatcher::_Add(int code, const char* name, const char* text) {
     if (_StartsWith(text, "GEOGCS[")) entry.kind = 'G';
     else if (_StartsWith(text, "PROJCS[")) entry.kind = 'P';
     entry.hasEllipsoid = _ReadSpheroid(text, entry.semiMajor, entry.inverseFlattening);
-    const LmEPSGFingerprint* indexed = LmEPSGIndex::Instance().Find(code, LmTextHash(text));
-    if (indexed != nullptr) {
-        std::call_once(entry.describeOnce, [&entry, indexed] {
-            entry.print = indexed;
-            entry.buildable = true;
-        });
-    }
+    // Set before any search can see the entry, so no search needs the once flag.
+    entry.print = LmEPSGIndex::Instance().Find(code, LmTextHash(text));
+    entry.indexed = entry.buildable = entry.print != nullptr;
 }
 
 const LmEPSGMatcher::Entry& LmEPSGMatcher::_Described(const Entry& entry) const {
+    if (entry.indexed) return entry;
     std::call_once(entry.describeOnce, [&entry] {
         LmSpatialReference built(entry.text, eWKT);
         entry.buildable = !built.IsNull();

@@ -90,8 +90,10 @@ struct LmEPSGMatcher::Entry {
     bool hasEllipsoid = false;
     double semiMajor = 0.0;
     double inverseFlattening = 0.0;
-    // The fingerprint: the index's when it was computed from this very text,
-    // else read once by building the entry.
+    // The fingerprint: the index's when it was computed from this very text
+    // (indexed, set before any search sees the entry, so that those need no
+    // once flag), else read once by building the entry.
+    bool indexed = false;
     mutable std::once_flag describeOnce;
     mutable bool buildable = false;
     mutable const LmEPSGFingerprint* print = nullptr;
