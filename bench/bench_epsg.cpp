@@ -120,11 +120,13 @@ const std::string& _NewTextsFile() {
             if (!text.empty() && text.find('\n') == std::string::npos && seen.insert(text).second) texts.push_back(text);
         }
         CPLPopErrorHandler();
-        char name[] = "/tmp/bench_epsg_texts_XXXXXX";
+        // Removed at exit through a plain array, which outlives every static object.
+        static char name[] = "/tmp/bench_epsg_texts_XXXXXX";
         const int fd = mkstemp(name);
         if (fd >= 0) close(fd);
         std::ofstream file(name);
         for (const std::string& text : texts) file << text << '\n';
+        std::atexit([] { std::remove(name); });
         return std::string(name);
     }();
     return path;
