@@ -23,6 +23,17 @@ public:
     bool Read(std::istream& stream);
 
     const std::vector<LmEPSGFingerprint>& Entries() const { return m_entries; }
+    // What a search looks at first, entry by entry, kept apart from the
+    // fingerprints so that a walk over every code reads a few hundred
+    // kilobytes rather than every fingerprint: the whole index does not stay
+    // in a core's cache, and two searching threads would share the memory
+    // bandwidth it takes.
+    struct Key {
+        double semiMajor;
+        char kind;
+        bool alias;
+    };
+    const std::vector<Key>& Keys() const { return m_keys; }
     // The fingerprint of a code's own definition; null when the index has none.
     const LmEPSGFingerprint* Find(int code) const;
     // The fingerprint computed from this very text of a code (its definition
@@ -31,6 +42,7 @@ public:
 
 private:
     std::vector<LmEPSGFingerprint> m_entries;
+    std::vector<Key> m_keys;
     std::unordered_multimap<int, std::size_t> m_byCode;
 };
 

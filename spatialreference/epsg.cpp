@@ -4,6 +4,7 @@
 #include "internal/datapaths.h"
 #include "spatialreference/epsgmatcher.h"
 
+#include <atomic>
 #include <fstream>
 #include <memory>
 #include <mutex>
@@ -23,7 +24,7 @@ namespace {
 
 // The table, prepared for searching once it is loaded; it never changes after.
 std::once_flag g_tableMatcherOnce;
-std::unique_ptr<LmEPSGMatcher> g_tableMatcher;
+std::shared_ptr<const LmEPSGMatcher> g_tableMatcher;
 
 // The alias category, prepared once per version of its file. The catalogue
 // builds every entry anew on each call; answers stay those of the category
@@ -63,37 +64,66 @@ std::shared_ptr<LmEPSGMatcher> _AliasMatcher() {
 }  // namespace
 
 bool LoadEPSG() {
-    static bool bLoad = false;
+    // Once loaded, the answer needs no lock: every search asks, and an
+    // exclusive lock here would wait for each search another thread runs
+    // under the shared one.
+    static std::atomic<bool> bLoad{false};
+    if (bLoad.load(std::memory_order_acquire)) return true;
     LmAutoLocker locker(g_EPSGCache, false);
-    if (bLoad) return true;
+    if (bLoad.load(std::memory_order_relaxed)) return true;
     const LmString path = MakeEPSGFile();
     if (!LmFileSystem::Exists(path.c_str())) return false;
     std::ifstream stream(path.c_str());
     if (!stream) return false;
     if (!ReadEPSGTable(stream, g_EPSGCache)) return false;
-    bLoad = true;
+    bLoad.store(true, std::memory_order_release);
     return true;
 }
 
 // OGR fills parts of a reference lazily even when it is only compared, so two
-// threads must not compare against the same cached reference at once. The
-// lock is the innermost one: nothing else is taken while it is held.
+// threads must not compare against the same recorded reference at once. The
+// lock is the innermost one: nothing else is taken while it is held. Records
+// of the searches' own definitions need no lock: each search builds its own.
 std::mutex g_recentComparison;
+
+namespace {
+
+// Records a definition of the table or the alias category under a code. A
+// definition already recorded under that code is not recorded twice: the
+// search would answer the same code at the earlier record, so the cache stays
+// as large as the set of definitions ever matched.
+void _CacheRecentDefinition(const std::shared_ptr<const LmEPSGMatcher>& list, std::size_t index, int code) {
+    LmAutoLocker locker(g_RecentCache, false);
+    std::vector<LmRecentEPSG>& records = g_RecentCache[code];
+    for (const LmRecentEPSG& record : records)
+        if (record.list == list && record.index == index) return;
+    records.push_back({list, index, LmSmarterPtr<LmSpatialReference>()});
+}
+
+}  // namespace
 
 int g_SearchRecentEPSG(const LmSpatialReference* reference) {
     if (reference == nullptr) return 0;
     LmAutoLocker locker(g_RecentCache, true);
-    std::lock_guard<std::mutex> comparison(g_recentComparison);
-    for (const auto& recent : g_RecentCache)
-        for (const LmSmarterPtr<LmSpatialReference>& cached : recent.second)
-            if (reference->IsSame(cached)) return recent.first;
+    if (g_RecentCache.empty()) return 0;
+    const LmEPSGMatcher::Probe probe(reference);
+    for (const auto& recent : g_RecentCache) {
+        for (const LmRecentEPSG& record : recent.second) {
+            if (record.list) {
+                if (record.list->IsSame(probe, record.index)) return recent.first;
+                continue;
+            }
+            std::lock_guard<std::mutex> comparison(g_recentComparison);
+            if (reference->IsSame(record.reference)) return recent.first;
+        }
+    }
     return 0;
 }
 
 void g_CacheRecentEPSG(LmSpatialReference* reference, int code) {
     if (reference == nullptr) return;
     LmAutoLocker locker(g_RecentCache, false);
-    g_RecentCache[code].emplace_back(reference);
+    g_RecentCache[code].push_back({nullptr, 0, LmSmarterPtr<LmSpatialReference>(reference)});
 }
 
 void g_CacheRecentEPSG(const char* wkt, int code) { g_CacheRecentEPSG(new LmSpatialReference(wkt, eWKT), code); }
@@ -104,14 +134,13 @@ int g_SearchAliasEPSG(const LmSpatialReference* reference) {
     if (!matcher) return 0;
     const LmEPSGMatcher::Match match = matcher->First(reference);
     if (match.index < 0) return 0;
-    // The recent cache gets its own object: the prepared ones are shared.
-    LmSmarterPtr<LmSpatialReference> alias(new LmSpatialReference(match.text.c_str(), eWKT));
-    alias->Name(match.name.c_str());
-    // Read from the reference's name, so an entry whose name line is empty
-    // answers the code its CS name carries.
-    const std::int64_t code = CodeOfLine(alias->Name());
+    // Read as the entry's reference reads its name, so an entry whose name
+    // line is empty answers the code its CS name carries.
+    LmString name = match.name;
+    if (name.empty()) name = LmSpatialReference(match.text.c_str(), eWKT).Name();
+    const std::int64_t code = CodeOfLine(name);
     if (code <= 0 || code > INT32_MAX) return 0;
-    g_CacheRecentEPSG(alias, static_cast<int>(code));
+    _CacheRecentDefinition(matcher, static_cast<std::size_t>(match.index), static_cast<int>(code));
     return static_cast<int>(code);
 }
 
@@ -124,12 +153,14 @@ int g_SearchEPSG(const LmSpatialReference* reference) {
 
     LmAutoLocker locker(g_EPSGCache, true);
     std::call_once(g_tableMatcherOnce, [] {
-        g_tableMatcher = std::make_unique<LmEPSGMatcher>();
-        for (const auto& record : g_EPSGCache) g_tableMatcher->Add(record.first, "", record.second.c_str());
+        auto matcher = std::make_shared<LmEPSGMatcher>();
+        // The table's texts stay in place for the life of the process.
+        for (const auto& record : g_EPSGCache) matcher->AddLasting(record.first, "", record.second);
+        g_tableMatcher = std::move(matcher);
     });
     const LmEPSGMatcher::Match match = g_tableMatcher->First(reference);
     if (match.index < 0) return 0;
-    g_CacheRecentEPSG(match.text.c_str(), match.code);
+    _CacheRecentDefinition(g_tableMatcher, static_cast<std::size_t>(match.index), match.code);
     return match.code;
 }
 

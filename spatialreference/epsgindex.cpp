@@ -21,6 +21,7 @@ const LmEPSGIndex& LmEPSGIndex::Instance() {
 
 bool LmEPSGIndex::Read(std::istream& stream) {
     m_entries.clear();
+    m_keys.clear();
     m_byCode.clear();
     const std::int64_t count = ReadCountLine(stream);
     if (count == 0) return false;
@@ -29,10 +30,12 @@ bool LmEPSGIndex::Read(std::istream& stream) {
         LmEPSGFingerprint print;
         if (!ParseFingerprint(ReadDataLine(stream), print) || (!print.alias && Find(print.code) != nullptr)) {
             m_entries.clear();
+            m_keys.clear();
             m_byCode.clear();
             return false;
         }
         m_byCode.emplace(print.code, m_entries.size());
+        m_keys.push_back({print.semiMajor, print.kind, print.alias});
         m_entries.push_back(std::move(print));
     }
     return true;

@@ -12,6 +12,17 @@ namespace Kernel {
 // flattenings within 1e-6. Both pointers must be non-null.
 bool IsSameEllipsoid(const OGRSpatialReference* a, const OGRSpatialReference* b);
 
+// The same test on the values OGR answers for the two references: semi-major
+// and semi-minor axes, inverse flattening and prime meridian, in that order.
+// The EPSG searches hold these values for every code without building it.
+struct LmEllipsoidValues {
+    double semiMajor;
+    double semiMinor;
+    double inverseFlattening;
+    double primeMeridian;
+};
+bool IsSameEllipsoid(const LmEllipsoidValues& a, const LmEllipsoidValues& b);
+
 }  // namespace Kernel
 }  // namespace Lumora
 

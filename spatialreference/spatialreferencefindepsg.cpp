@@ -124,8 +124,14 @@ int LmSpatialReference::FindEPSG(std::vector<LmEPSGMatch>* candidates) const {
         authority = std::atoi(authorityCode);
 
     std::vector<Candidate> found;
-    for (const LmEPSGFingerprint& code : index.Entries()) {
-        if (code.alias || !_NumbersAgree(text, statedAxes, code)) continue;
+    const std::vector<LmEPSGIndex::Key>& keys = index.Keys();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        // The kind and the semi-major axis first, as _NumbersAgree compares them.
+        if (keys[i].alias || keys[i].kind != text.kind ||
+            !(std::fabs(text.semiMajor - keys[i].semiMajor) <= kLengthTolerance * 10))
+            continue;
+        const LmEPSGFingerprint& code = index.Entries()[i];
+        if (!_NumbersAgree(text, statedAxes, code)) continue;
         const bool datum = _Contains(code.datumKeys, text.datumKeys);
         const bool name = _Contains(code.nameKeys, text.nameKeys);
         const int confidence = code.code == authority || (datum && name) ? 100 : datum ? 85 : name ? 75 : 50;

@@ -1,5 +1,6 @@
 // The prepared search against a plain walk over every code of the generated
-// table: building each entry and testing IsSame, then IsSameParameter.
+// table: building each entry and testing IsSame, then IsSameParameter; and
+// its IsSame alone, as the recent cache asks it, against OGR's.
 #include "spatialreference/epsgmatcher.h"
 
 #include "internal/linereader.h"
@@ -44,10 +45,15 @@ TEST(EpsgMatcher, AnswersExactlyAsAPlainWalkOverEveryCode) {
         for (int form = 0; form < (i % 111 == 0 ? 2 : 1); ++form) {
             LmSmarterPtr<LmSpatialReference> reference = Variant(codes[i], form);
             if (!reference || reference->IsNull()) continue;
+            // The recent cache asks IsSame alone of each entry on the way.
+            const LmEPSGMatcher::Probe probe(reference);
             int plain = 0;
-            for (std::size_t k = 0; k < built.size() && plain == 0; ++k)
-                if (reference->IsSame(built[k]) || reference->IsSameParameter(built[k])) plain = codes[k];
-            EXPECT_EQ(matcher.First(reference).code, plain) << codes[i] << " form " << form;
+            for (std::size_t k = 0; k < built.size() && plain == 0; ++k) {
+                const bool same = reference->IsSame(built[k]);
+                ASSERT_EQ(matcher.IsSame(probe, k), same) << codes[i] << " form " << form << " against " << codes[k];
+                if (same || reference->IsSameParameter(built[k])) plain = codes[k];
+            }
+            EXPECT_EQ(matcher.First(probe).code, plain) << codes[i] << " form " << form;
             identified += plain != 0;
             ++compared;
         }
