@@ -132,6 +132,22 @@ std::string _Label(int which, int threads, bool library) {
            (threads == 1 ? " thread" : " threads");
 }
 
+// Times run over a fresh copy of the points of the transformation in each
+// iteration; the copy is not timed.
+template <class Run>
+void _Timed(benchmark::State& state, int which, Run run) {
+    const std::vector<double>& source = _Points(which);
+    std::vector<double> xy(source.size());
+    for (auto _ : state) {
+        state.PauseTiming();
+        xy = source;
+        state.ResumeTiming();
+        run(xy.data());
+        benchmark::DoNotOptimize(xy.data());
+    }
+    state.SetItemsProcessed(state.iterations() * kPoints);
+}
+
 // Arguments: transformation, team size.
 void BM_Batch(benchmark::State& state) {
     const int which = static_cast<int>(state.range(0));
@@ -139,17 +155,8 @@ void BM_Batch(benchmark::State& state) {
     const int previous = omp_get_max_threads();
     omp_set_num_threads(threads);
     LmSmarterPtr<LmCoordinateTransformation> transformation = _Make(which);
-    const std::vector<double>& source = _Points(which);
-    std::vector<double> xy(source.size());
-    for (auto _ : state) {
-        state.PauseTiming();
-        xy = source;
-        state.ResumeTiming();
-        transformation->Transformation(xy.data(), kPoints, 2);
-        benchmark::DoNotOptimize(xy.data());
-    }
+    _Timed(state, which, [&](double* xy) { transformation->Transformation(xy, kPoints, 2); });
     omp_set_num_threads(previous);
-    state.SetItemsProcessed(state.iterations() * kPoints);
     state.SetLabel(_Label(which, threads, true));
 }
 
@@ -157,16 +164,7 @@ void BM_Batch(benchmark::State& state) {
 void BM_PlainLoop(benchmark::State& state) {
     const int which = static_cast<int>(state.range(0));
     const int threads = static_cast<int>(state.range(1));
-    const std::vector<double>& source = _Points(which);
-    std::vector<double> xy(source.size());
-    for (auto _ : state) {
-        state.PauseTiming();
-        xy = source;
-        state.ResumeTiming();
-        _PlainLoop(which, xy.data(), threads);
-        benchmark::DoNotOptimize(xy.data());
-    }
-    state.SetItemsProcessed(state.iterations() * kPoints);
+    _Timed(state, which, [&](double* xy) { _PlainLoop(which, xy, threads); });
     state.SetLabel(_Label(which, threads, false));
 }
 

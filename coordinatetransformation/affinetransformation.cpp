@@ -2,6 +2,7 @@
 #include <lmspatialreference/fitting.h>
 
 #include "internal/parallelbatch.h"
+#include "internal/publishedunits.h"
 
 #include <cfloat>
 #include <cmath>
@@ -79,7 +80,7 @@ LmAffineCoordinateTransformation::LmAffineCoordinateTransformation(double dx, do
     : m_elements{1.0, 0.0, 0.0, 1.0, dx, dy} {}
 
 LmAffineCoordinateTransformation::LmAffineCoordinateTransformation(double cx, double cy, double angle) {
-    const double theta = angle / 180.0 * 3.141592653589793;
+    const double theta = angle / 180.0 * _truePi;
     const double c = std::cos(theta);
     const double s = std::sin(theta);
     const double elements[6] = {c, s, -s, c, (1.0 - c) * cx + s * cy, (1.0 - c) * cy - s * cx};

@@ -12,21 +12,24 @@ bool outOfChina(double lon, double lat) { return ChinaOffset::OutOfChina(lon, la
 
 void _WGS84ToGCJ02(double x, double y, double& dLon, double& dLat) { ChinaOffset::Polynomials(x, y, dLon, dLat); }
 
-void WGS84ToGCJ02(const double* in, double* out, void* /*context*/) {
+namespace {
+
+// The exported point mappings read (lon, lat) from in and write the offset
+// point to out; the formulas work in place.
+template <void (*offset)(double&, double&)>
+void _Offset(const double* in, double* out) {
     double lon = in[0];
     double lat = in[1];
-    ChinaOffset::ToGCJ02(lon, lat);
+    offset(lon, lat);
     out[0] = lon;
     out[1] = lat;
 }
 
-void WGS84ToBD09(const double* in, double* out, void* /*context*/) {
-    double lon = in[0];
-    double lat = in[1];
-    ChinaOffset::ToBD09(lon, lat);
-    out[0] = lon;
-    out[1] = lat;
-}
+}  // namespace
+
+void WGS84ToGCJ02(const double* in, double* out, void* /*context*/) { _Offset<ChinaOffset::ToGCJ02>(in, out); }
+
+void WGS84ToBD09(const double* in, double* out, void* /*context*/) { _Offset<ChinaOffset::ToBD09>(in, out); }
 
 }  // namespace Kernel
 }  // namespace Lumora

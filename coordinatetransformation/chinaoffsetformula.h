@@ -8,6 +8,11 @@
 #ifndef LMSPATIALREFERENCE_CHINAOFFSETFORMULA_H
 #define LMSPATIALREFERENCE_CHINAOFFSETFORMULA_H
 
+// The formulas use the true pi, a compile-time constant so that the compiler
+// sees it: they call for it, or a radian conversion by it, a dozen times per
+// point.
+#include "internal/publishedunits.h"
+
 #include <cmath>
 
 namespace Lumora {
@@ -17,10 +22,7 @@ namespace ChinaOffset {
 // First eccentricity squared of the Krasovsky 1940 ellipsoid.
 constexpr double kEe = 0.006693421622965943;
 // Its semi-major axis 6378245 times pi.
-constexpr double kAPi = 20037847.63479583;
-// LmMath::Pi(), written out so that the compiler sees it: the formula calls
-// for it, or a radian conversion by it, a dozen times per point.
-constexpr double kPi = 3.141592653589793;
+constexpr double kAPi = 6378245.0 * _truePi;
 
 // The rough box of the GCJ-02 offset. The eastern bound is compared with the
 // latitude on purpose (see outOfChina).
@@ -30,8 +32,8 @@ inline bool OutOfChina(double lon, double lat) {
 
 // The raw offset polynomials at (x, y), the offset from (105 E, 35 N).
 inline void Polynomials(double x, double y, double& dLon, double& dLat) {
-    const double px = kPi * x;
-    const double py = kPi * y;
+    const double px = _truePi * x;
+    const double py = _truePi * y;
     const double rootX = std::sqrt(std::fabs(x));
 
     dLat = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * rootX;
@@ -50,7 +52,7 @@ inline void ToGCJ02(double& lon, double& lat) {
     double dLon = 0.0;
     double dLat = 0.0;
     Polynomials(lon - 105.0, lat - 35.0, dLon, dLat);
-    const double radLat = lat * kPi / 180.0;  // as LmMath::ToRadian
+    const double radLat = lat * _truePi / 180.0;  // as LmMath::ToRadian
     const double s = std::sin(radLat);
     const double magic = 1.0 - kEe * s * s;
     const double k = std::sqrt(magic) * 180.0 / kAPi;
@@ -65,8 +67,8 @@ inline void ToBD09(double& lon, double& lat) {
     ToGCJ02(lon, lat);
     const double x = lon;
     const double y = lat;
-    const double z = std::sqrt(x * x + y * y) + 2e-5 * std::sin(kPi * y);
-    const double theta = std::atan2(y, x) + 3e-6 * std::cos(kPi * x);
+    const double z = std::sqrt(x * x + y * y) + 2e-5 * std::sin(_truePi * y);
+    const double theta = std::atan2(y, x) + 3e-6 * std::cos(_truePi * x);
     lon = z * std::cos(theta) + 0.0065;
     lat = z * std::sin(theta) + 0.006;
 }

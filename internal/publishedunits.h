@@ -15,7 +15,8 @@ namespace Lumora {
 namespace Kernel {
 
 // The double nearest pi: the geodetic-geocentric conversions, Bursa and
-// Molodensky, and the angle of the plane four-parameter transformation.
+// Molodensky, the angle of the plane four-parameter transformation, the
+// rotation of the affine transformation and the GCJ-02 and BD-09 offsets.
 constexpr double _truePi = 3.141592653589793;
 
 // 22 units in the last place below the double nearest pi, kept because

@@ -1,7 +1,10 @@
 #include <lmspatialreference/pyramid.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
+#include <variant>
 
 #include <tinyxml2.h>
 
@@ -20,10 +23,71 @@ int _Int(const XMLAttribute* attribute) { return std::atoi(attribute->Value()); 
 
 double _Double(const XMLAttribute* attribute) { return std::atof(attribute->Value()); }
 
-XMLElement* _Append(XMLElement* pyramidElement, const char* name) {
+// One attribute of a pyramid element and the member it carries.
+struct _Attribute {
+    const char* name;
+    std::variant<std::int32_t LmPyramid::*, std::uint32_t LmPyramid::*, double LmPyramid::*, LmString LmPyramid::*>
+        member;
+    // Read as an integer although written as a double: a fractional ratio
+    // does not survive a round trip, as existing pyramid files expect.
+    bool readAsInteger = false;
+};
+
+// The attributes of each element, in the order they are written.
+const _Attribute kLevel[] = {{"TopLevelIndex", &LmPyramid::TopLevelIndex},
+                             {"BottomLevelIndex", &LmPyramid::BottomLevelIndex},
+                             {"ScaleX", &LmPyramid::ScaleX, true},
+                             {"ScaleY", &LmPyramid::ScaleY, true}};
+const _Attribute kBasic[] = {
+    {"Description", &LmPyramid::Description}, {"PyramidID", &LmPyramid::PyramidID}, {"Name", &LmPyramid::Name}};
+const _Attribute kTileBasic[] = {{"TileSizeX", &LmPyramid::TileSizeX},
+                                 {"TileSizeY", &LmPyramid::TileSizeY},
+                                 {"OriginRowIndex", &LmPyramid::OriginRowIndex},
+                                 {"OriginColIndex", &LmPyramid::OriginColIndex}};
+const _Attribute kTopTile[] = {
+    {"FromX", &LmPyramid::FromX}, {"FromY", &LmPyramid::FromY}, {"ToX", &LmPyramid::ToX}, {"ToY", &LmPyramid::ToY}};
+const _Attribute kRange[] = {
+    {"XMin", &LmPyramid::XMin}, {"YMin", &LmPyramid::YMin}, {"XMax", &LmPyramid::XMax}, {"YMax", &LmPyramid::YMax}};
+const _Attribute kConst[] = {{"PI", &LmPyramid::PI}, {"Tolerance", &LmPyramid::Tolerance}};
+
+// Sets the members of the attributes the element has; the others keep their values.
+template <std::size_t N>
+void _Read(LmPyramid& pyramid, XMLElement* element, const _Attribute (&attributes)[N]) {
+    if (!element) return;
+    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
+        for (const _Attribute& attribute : attributes) {
+            if (!_Is(a, attribute.name)) continue;
+            std::visit(
+                [&](auto member) {
+                    using Value = std::remove_reference_t<decltype(pyramid.*member)>;
+                    if constexpr (std::is_same_v<Value, LmString>) pyramid.*member = a->Value();
+                    else if constexpr (std::is_same_v<Value, double>)
+                        pyramid.*member = attribute.readAsInteger ? _Int(a) : _Double(a);
+                    else pyramid.*member = static_cast<Value>(_Int(a));
+                },
+                attribute.member);
+            break;
+        }
+    }
+}
+
+// Appends the element with every attribute of the table. tinyxml2 writes
+// doubles with 17 significant digits, which atof reads back to the same double.
+template <std::size_t N>
+void _Write(const LmPyramid& pyramid, XMLElement* pyramidElement, const char* name, const _Attribute (&attributes)[N]) {
+    if (!pyramidElement) return;
     XMLElement* element = pyramidElement->GetDocument()->NewElement(name);
     pyramidElement->InsertEndChild(element);
-    return element;
+    for (const _Attribute& attribute : attributes) {
+        std::visit(
+            [&](auto member) {
+                const auto& value = pyramid.*member;
+                if constexpr (std::is_same_v<std::decay_t<decltype(value)>, LmString>)
+                    element->SetAttribute(attribute.name, value.c_str());
+                else element->SetAttribute(attribute.name, value);
+            },
+            attribute.member);
+    }
 }
 
 }  // namespace
@@ -87,117 +151,19 @@ LmString LmPyramid::ToString() {
     return out;
 }
 
-void LmPyramid::ReadLevel(XMLElement* element) {
-    if (!element) return;
-    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
-        if (_Is(a, "TopLevelIndex")) TopLevelIndex = _Int(a);
-        else if (_Is(a, "BottomLevelIndex")) BottomLevelIndex = _Int(a);
-        // Read as integers although written as doubles: a fractional ratio
-        // does not survive a round trip, as existing pyramid files expect.
-        else if (_Is(a, "ScaleX")) ScaleX = _Int(a);
-        else if (_Is(a, "ScaleY")) ScaleY = _Int(a);
-    }
-}
+void LmPyramid::ReadLevel(XMLElement* element) { _Read(*this, element, kLevel); }
+void LmPyramid::ReadBasic(XMLElement* element) { _Read(*this, element, kBasic); }
+void LmPyramid::ReadTileBasic(XMLElement* element) { _Read(*this, element, kTileBasic); }
+void LmPyramid::ReadTopTile(XMLElement* element) { _Read(*this, element, kTopTile); }
+void LmPyramid::ReadRange(XMLElement* element) { _Read(*this, element, kRange); }
+void LmPyramid::ReadConst(XMLElement* element) { _Read(*this, element, kConst); }
 
-void LmPyramid::ReadBasic(XMLElement* element) {
-    if (!element) return;
-    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
-        if (_Is(a, "Description")) Description = a->Value();
-        else if (_Is(a, "PyramidID")) PyramidID = a->Value();
-        else if (_Is(a, "Name")) Name = a->Value();
-    }
-}
-
-void LmPyramid::ReadTileBasic(XMLElement* element) {
-    if (!element) return;
-    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
-        if (_Is(a, "TileSizeX")) TileSizeX = static_cast<std::uint32_t>(_Int(a));
-        else if (_Is(a, "TileSizeY")) TileSizeY = static_cast<std::uint32_t>(_Int(a));
-        else if (_Is(a, "OriginRowIndex")) OriginRowIndex = _Int(a);
-        else if (_Is(a, "OriginColIndex")) OriginColIndex = _Int(a);
-    }
-}
-
-void LmPyramid::ReadTopTile(XMLElement* element) {
-    if (!element) return;
-    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
-        if (_Is(a, "FromX")) FromX = _Double(a);
-        else if (_Is(a, "FromY")) FromY = _Double(a);
-        else if (_Is(a, "ToX")) ToX = _Double(a);
-        else if (_Is(a, "ToY")) ToY = _Double(a);
-    }
-}
-
-void LmPyramid::ReadRange(XMLElement* element) {
-    if (!element) return;
-    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
-        if (_Is(a, "XMin")) XMin = _Double(a);
-        else if (_Is(a, "YMin")) YMin = _Double(a);
-        else if (_Is(a, "XMax")) XMax = _Double(a);
-        else if (_Is(a, "YMax")) YMax = _Double(a);
-    }
-}
-
-void LmPyramid::ReadConst(XMLElement* element) {
-    if (!element) return;
-    for (const XMLAttribute* a = element->FirstAttribute(); a; a = a->Next()) {
-        if (_Is(a, "PI")) PI = _Double(a);
-        else if (_Is(a, "Tolerance")) Tolerance = _Double(a);
-    }
-}
-
-// tinyxml2 writes doubles with 17 significant digits, which atof reads back
-// to the same double.
-void LmPyramid::WriteBasic(XMLElement* pyramidElement) {
-    if (!pyramidElement) return;
-    XMLElement* e = _Append(pyramidElement, "Basic");
-    e->SetAttribute("Description", Description.c_str());
-    e->SetAttribute("PyramidID", PyramidID.c_str());
-    e->SetAttribute("Name", Name.c_str());
-}
-
-void LmPyramid::WriteLevel(XMLElement* pyramidElement) {
-    if (!pyramidElement) return;
-    XMLElement* e = _Append(pyramidElement, "Level");
-    e->SetAttribute("TopLevelIndex", static_cast<int>(TopLevelIndex));
-    e->SetAttribute("BottomLevelIndex", static_cast<int>(BottomLevelIndex));
-    e->SetAttribute("ScaleX", ScaleX);
-    e->SetAttribute("ScaleY", ScaleY);
-}
-
-void LmPyramid::WriteTileBasic(XMLElement* pyramidElement) {
-    if (!pyramidElement) return;
-    XMLElement* e = _Append(pyramidElement, "TileBasic");
-    e->SetAttribute("TileSizeX", static_cast<unsigned>(TileSizeX));
-    e->SetAttribute("TileSizeY", static_cast<unsigned>(TileSizeY));
-    e->SetAttribute("OriginRowIndex", static_cast<int>(OriginRowIndex));
-    e->SetAttribute("OriginColIndex", static_cast<int>(OriginColIndex));
-}
-
-void LmPyramid::WriteTopTile(XMLElement* pyramidElement) {
-    if (!pyramidElement) return;
-    XMLElement* e = _Append(pyramidElement, "TopTile");
-    e->SetAttribute("FromX", FromX);
-    e->SetAttribute("FromY", FromY);
-    e->SetAttribute("ToX", ToX);
-    e->SetAttribute("ToY", ToY);
-}
-
-void LmPyramid::WriteConst(XMLElement* pyramidElement) {
-    if (!pyramidElement) return;
-    XMLElement* e = _Append(pyramidElement, "Const");
-    e->SetAttribute("PI", PI);
-    e->SetAttribute("Tolerance", Tolerance);
-}
-
-void LmPyramid::WriteRange(XMLElement* pyramidElement) {
-    if (!pyramidElement) return;
-    XMLElement* e = _Append(pyramidElement, "Range");
-    e->SetAttribute("XMin", XMin);
-    e->SetAttribute("YMin", YMin);
-    e->SetAttribute("XMax", XMax);
-    e->SetAttribute("YMax", YMax);
-}
+void LmPyramid::WriteLevel(XMLElement* pyramidElement) { _Write(*this, pyramidElement, "Level", kLevel); }
+void LmPyramid::WriteBasic(XMLElement* pyramidElement) { _Write(*this, pyramidElement, "Basic", kBasic); }
+void LmPyramid::WriteTileBasic(XMLElement* pyramidElement) { _Write(*this, pyramidElement, "TileBasic", kTileBasic); }
+void LmPyramid::WriteTopTile(XMLElement* pyramidElement) { _Write(*this, pyramidElement, "TopTile", kTopTile); }
+void LmPyramid::WriteRange(XMLElement* pyramidElement) { _Write(*this, pyramidElement, "Range", kRange); }
+void LmPyramid::WriteConst(XMLElement* pyramidElement) { _Write(*this, pyramidElement, "Const", kConst); }
 
 }  // namespace Kernel
 }  // namespace Lumora

@@ -56,12 +56,49 @@ py::object Handed(const Made& made) {
     return py::cast(static_cast<LmCoordinateTransformation*>(made), py::return_value_policy::take_ownership);
 }
 
-// The creators between two references that take seven parameters.
-using SevenParameterCreator = Made (*)(LmSpatialReference*, LmSpatialReference*, const double*);
+// The Python side of each creator signature: arguments passed straight on,
+// seven parameters and control points checked first.
+auto Bound(Made (*create)()) {
+    return [create]() { return Handed(create()); };
+}
+auto Bound(Made (*create)(double)) {
+    return [create](double precision) { return Handed(create(precision)); };
+}
+auto Bound(Made (*create)(LmSpatialReference*)) {
+    return [create](LmSpatialReference* r) { return Handed(create(r)); };
+}
+auto Bound(Made (*create)(LmSpatialReference*, LmSpatialReference*, const double*)) {
+    return [create](LmSpatialReference* s, LmSpatialReference* t, py::handle parameters) {
+        return Handed(create(s, t, CheckParameters(parameters, 7, "parameters").data()));
+    };
+}
+auto Bound(Made (*create)(int, int, const double*, const double*)) {
+    return [create](py::handle source, py::handle target) {
+        auto p = CheckControlPoints(source, target);
+        return Handed(create(p.count, p.dimension, p.source.data(), p.target.data()));
+    };
+}
+auto Bound(Made (*create)(LmSpatialReference*, LmSpatialReference*, int, int, const double*, const double*)) {
+    return [create](LmSpatialReference* s, LmSpatialReference* t, py::handle source, py::handle target) {
+        auto p = CheckControlPoints(source, target);
+        return Handed(create(s, t, p.count, p.dimension, p.source.data(), p.target.data()));
+    };
+}
 
-template <SevenParameterCreator creator>
-py::object SevenParameterCreated(LmSpatialReference* s, LmSpatialReference* t, py::handle parameters) {
-    return Handed(creator(s, t, CheckParameters(parameters, 7, "parameters").data()));
+// A creator of one signature under its Python name, with its docstring.
+template <class Create>
+struct NamedCreator {
+    const char* name;
+    Create create;
+    const char* doc;
+};
+
+// Binds every creator of the table with the same argument names.
+template <class Create, std::size_t N, class... Arguments>
+void DefineCreators(py::class_<Factory>& factory, const NamedCreator<Create> (&creators)[N],
+                    const Arguments&... arguments) {
+    for (const NamedCreator<Create>& creator : creators)
+        factory.def_static(creator.name, Bound(creator.create), arguments..., creator.doc);
 }
 
 std::size_t ParameterCount(LmParameterType type) {
@@ -239,34 +276,49 @@ void BindFactory(py::module_& m) {
             py::arg("source_points"), py::arg("target_points"),
             "Affine, estimated from (n, 2) point pairs; the identity when they do not determine it.")
         .def_static(
-            "create_wgs84_to_gcj02_coordinate_transformation",
-            []() { return Handed(Factory::CreateWGS84ToGCJ02CoordinateTransformation()); })
-        .def_static(
-            "create_gcj02_to_wgs84_coordinate_transformation",
-            [](double precision) { return Handed(Factory::CreateGCJ02ToWGS84CoordinateTransformation(precision)); },
-            py::arg("precision") = 0.001, "Metres; a value that is not positive stores 0.001.")
-        .def_static(
-            "create_wgs84_to_bd09_coordinate_transformation",
-            []() { return Handed(Factory::CreateWGS84ToBD09CoordinateTransformation()); })
-        .def_static(
-            "create_bd09_to_wgs84_coordinate_transformation",
-            [](double precision) { return Handed(Factory::CreateBD09ToWGS84CoordinateTransformation(precision)); },
-            py::arg("precision") = 0.001, "Metres; a value that is not positive stores 0.001.")
-        .def_static(
             "create_converse_coordinate_transformation",
             [](LmCoordinateTransformation* forward, double precision) {
                 return Handed(Factory::CreateConverseCoordinateTransformation(forward, nullptr, precision));
             },
             py::arg("forward"), py::arg("precision"),
-            "The numeric inverse of forward; precision is a squared distance in the output units.")
-        .def_static(
-            "create_geodetic_to_geocentric_coordinate_transformation",
-            [](LmSpatialReference* r) { return Handed(Factory::CreateGeodeticToGeocentricCoordinateTransformation(r)); },
-            py::arg("reference"), "Degrees and height to geocentric metres on the ellipsoid of reference.")
-        .def_static(
-            "create_geocentric_to_geodetic_coordinate_transformation",
-            [](LmSpatialReference* r) { return Handed(Factory::CreateGeocentricToGeodeticCoordinateTransformation(r)); },
-            py::arg("reference"), "Geocentric metres to degrees and height on the ellipsoid of reference.")
+            "The numeric inverse of forward; precision is a squared distance in the output units.");
+
+    // The China offsets and their numeric inverses.
+    const NamedCreator<Made (*)()> offsets[] = {
+        {"create_wgs84_to_gcj02_coordinate_transformation", &Factory::CreateWGS84ToGCJ02CoordinateTransformation,
+         nullptr},
+        {"create_wgs84_to_bd09_coordinate_transformation", &Factory::CreateWGS84ToBD09CoordinateTransformation,
+         nullptr}};
+    DefineCreators(factory, offsets);
+    const char* const precisionDoc = "Metres; a value that is not positive stores 0.001.";
+    const NamedCreator<Made (*)(double)> inverseOffsets[] = {
+        {"create_gcj02_to_wgs84_coordinate_transformation", &Factory::CreateGCJ02ToWGS84CoordinateTransformation,
+         precisionDoc},
+        {"create_bd09_to_wgs84_coordinate_transformation", &Factory::CreateBD09ToWGS84CoordinateTransformation,
+         precisionDoc}};
+    DefineCreators(factory, inverseOffsets, py::arg("precision") = 0.001);
+
+    const NamedCreator<Made (*)(LmSpatialReference*)> geocentricConversions[] = {
+        {"create_geodetic_to_geocentric_coordinate_transformation",
+         &Factory::CreateGeodeticToGeocentricCoordinateTransformation,
+         "Degrees and height to geocentric metres on the ellipsoid of reference."},
+        {"create_geocentric_to_geodetic_coordinate_transformation",
+         &Factory::CreateGeocentricToGeodeticCoordinateTransformation,
+         "Geocentric metres to degrees and height on the ellipsoid of reference."}};
+    DefineCreators(factory, geocentricConversions, py::arg("reference"));
+
+    const NamedCreator<Made (*)(LmSpatialReference*, LmSpatialReference*, const double*)> sevenParameters[] = {
+        {"create_plane7_patameter_coordinate_transformation", &Factory::CreatePlane7PatameterCoordinateTransformation,
+         "Unprojection of a projected source, the plane seven-parameter correction, projection into a "
+         "projected target."},
+        {"create_3d_plane7_patameter_coordinate_transformation",
+         &Factory::Create3DPlane7PatameterCoordinateTransformation, "The same with heights in z."},
+        {"create_bursa7_coordinate_transformation", &Factory::CreateBursa7CoordinateTransformation,
+         "Through geocentric coordinates with the Bursa-Wolf parameters; a None or local source is "
+         "taken as geocentric, a None or local target receives geocentric coordinates."}};
+    DefineCreators(factory, sevenParameters, py::arg("source"), py::arg("target"), py::arg("parameters"));
+
+    factory
         .def_static(
             "create_graphs_interpolation_coordinate_transformation",
             [](py::handle corners, py::handle offsets) {
@@ -293,22 +345,6 @@ void BindFactory(py::module_& m) {
             },
             py::arg("parameters"), "Plane four-parameter from dX, dY (metres), theta (seconds), m (ppm).")
         .def_static(
-            "create_plane7_patameter_coordinate_transformation",
-            &SevenParameterCreated<&Factory::CreatePlane7PatameterCoordinateTransformation>,
-            py::arg("source"), py::arg("target"), py::arg("parameters"),
-            "Unprojection of a projected source, the plane seven-parameter correction, projection into a "
-            "projected target.")
-        .def_static(
-            "create_3d_plane7_patameter_coordinate_transformation",
-            &SevenParameterCreated<&Factory::Create3DPlane7PatameterCoordinateTransformation>,
-            py::arg("source"), py::arg("target"), py::arg("parameters"), "The same with heights in z.")
-        .def_static(
-            "create_bursa7_coordinate_transformation",
-            &SevenParameterCreated<&Factory::CreateBursa7CoordinateTransformation>,
-            py::arg("source"), py::arg("target"), py::arg("parameters"),
-            "Through geocentric coordinates with the Bursa-Wolf parameters; a None or local source is "
-            "taken as geocentric, a None or local target receives geocentric coordinates.")
-        .def_static(
             "create_molodensky_coordinate_transformation",
             [](LmSpatialReference* s, LmSpatialReference* t, py::handle parameters, py::object centre) {
                 const auto p = CheckParameters(parameters, 7, "parameters");
@@ -328,21 +364,13 @@ void BindFactory(py::module_& m) {
             "and longitude lambda_ (radians).")
         .def_static(
             "create_geoid_fitting_coordinate_transformation",
-            [](LmSpatialReference* s, LmSpatialReference* t, py::handle source, py::handle target) {
-                auto p = CheckControlPoints(source, target);
-                return Handed(Factory::CreateGeoidFittingCoordinateTransformation(s, t, p.count, p.dimension,
-                                                                                  p.source.data(), p.target.data()));
-            },
+            Bound(&Factory::CreateGeoidFittingCoordinateTransformation),
             py::arg("source"), py::arg("target"), py::arg("source_points"), py::arg("target_points"),
             "A second-order polynomial fitted to the control points in geographic degrees, between the "
             "unprojection of a projected source and the projection into a projected target.")
         .def_static(
             "create_plane_fitting_coordinate_transformation",
-            [](py::handle source, py::handle target) {
-                auto p = CheckControlPoints(source, target);
-                return Handed(Factory::CreatePlaneFittingCoordinateTransformation(p.count, p.dimension,
-                                                                                  p.source.data(), p.target.data()));
-            },
+            Bound(&Factory::CreatePlaneFittingCoordinateTransformation),
             py::arg("source_points"), py::arg("target_points"),
             "A second-order polynomial fitted to the plane control points as given; fewer than six points "
             "leave the undetermined coefficients at 0.");

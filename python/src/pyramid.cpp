@@ -42,14 +42,20 @@ P* PyramidFromState(const py::tuple& state) {
     return pyramid;
 }
 
-// The four out-parameters of a tile operation, filled by call(&a, &b, &c,
-// &d), as one tuple.
-template <class T, class Call>
-py::tuple FourOutputs(Call&& call) {
-    T a{}, b{}, c{}, d{};
-    call(&a, &b, &c, &d);
-    return py::make_tuple(a, b, c, d);
-}
+// A tile operation that answers through four out-parameters of type T after
+// its Inputs, bound by Of as a method that returns the four values as one tuple.
+template <class T, class... Inputs>
+struct FourOutputs {
+    using Operation = bool (LmPyramid::*)(Inputs..., T*, T*, T*, T*);
+
+    static auto Of(Operation operation) {
+        return [operation](LmPyramid& p, Inputs... inputs) {
+            T a{}, b{}, c{}, d{};
+            (p.*operation)(inputs..., &a, &b, &c, &d);
+            return py::make_tuple(a, b, c, d);
+        };
+    }
+};
 
 py::object HandedPyramid(const Pyramid& made) {
     return py::cast(static_cast<LmPyramid*>(made), py::return_value_policy::take_ownership);
@@ -103,42 +109,18 @@ void BindPyramids(py::module_& m) {
     TextProperty<&LmPyramid::Name>(pyramid, "name", "Display name.");
     pyramid
         .def("create_default", &LmPyramid::CreateDefault, "Every member back to the geographic default.")
-        .def(
-            "tile_index",
-            [](LmPyramid& p, int level, double x, double y) {
-                return FourOutputs<int>([&](int* row, int* col, int* pixelX, int* pixelY) {
-                    p.TileIndex(level, x, y, row, col, pixelX, pixelY);
-                });
-            },
-            py::arg("level"), py::arg("x"), py::arg("y"),
-            "(row, col, pixel_x, pixel_y) of the map point: pixel_x counts from the tile's starting "
-            "edge from 0, pixel_y from its far edge from 1.")
-        .def(
-            "tile_extent",
-            [](LmPyramid& p, int level, int row, int col) {
-                return FourOutputs<double>([&](double* xmin, double* ymin, double* xmax, double* ymax) {
-                    p.TileExtent(level, row, col, xmin, ymin, xmax, ymax);
-                });
-            },
-            py::arg("level"), py::arg("row"), py::arg("col"), "(xmin, ymin, xmax, ymax) of the tile.")
-        .def(
-            "tile_index_range",
-            [](LmPyramid& p, double xmin, double ymin, double xmax, double ymax, int level) {
-                return FourOutputs<int>([&](int* minRow, int* minCol, int* maxRow, int* maxCol) {
-                    p.TileIndexRange(xmin, ymin, xmax, ymax, level, minRow, minCol, maxRow, maxCol);
-                });
-            },
-            py::arg("xmin"), py::arg("ymin"), py::arg("xmax"), py::arg("ymax"), py::arg("level"),
-            "(min_row, min_col, max_row, max_col) of the tiles the rectangle touches, shrunk by tolerance.")
-        .def(
-            "tile_extent_range",
-            [](LmPyramid& p, int level, int row1, int col1, int row2, int col2) {
-                return FourOutputs<double>([&](double* xmin, double* ymin, double* xmax, double* ymax) {
-                    p.TileExtentRange(level, row1, col1, row2, col2, xmin, ymin, xmax, ymax);
-                });
-            },
-            py::arg("level"), py::arg("row1"), py::arg("col1"), py::arg("row2"), py::arg("col2"),
-            "(xmin, ymin, xmax, ymax) of the union of the two tiles.")
+        .def("tile_index", FourOutputs<int, int, double, double>::Of(&LmPyramid::TileIndex), py::arg("level"),
+             py::arg("x"), py::arg("y"),
+             "(row, col, pixel_x, pixel_y) of the map point: pixel_x counts from the tile's starting "
+             "edge from 0, pixel_y from its far edge from 1.")
+        .def("tile_extent", FourOutputs<double, int, int, int>::Of(&LmPyramid::TileExtent), py::arg("level"),
+             py::arg("row"), py::arg("col"), "(xmin, ymin, xmax, ymax) of the tile.")
+        .def("tile_index_range", FourOutputs<int, double, double, double, double, int>::Of(&LmPyramid::TileIndexRange),
+             py::arg("xmin"), py::arg("ymin"), py::arg("xmax"), py::arg("ymax"), py::arg("level"),
+             "(min_row, min_col, max_row, max_col) of the tiles the rectangle touches, shrunk by tolerance.")
+        .def("tile_extent_range", FourOutputs<double, int, int, int, int, int>::Of(&LmPyramid::TileExtentRange),
+             py::arg("level"), py::arg("row1"), py::arg("col1"), py::arg("row2"), py::arg("col2"),
+             "(xmin, ymin, xmax, ymax) of the union of the two tiles.")
         .def(
             "device_position",
             [](LmPyramid& p, std::tuple<int, int, int, int> anchor, int row, int col, int level) {

@@ -12,11 +12,6 @@ using namespace ProjectionTests;
 
 namespace {
 
-const char* const kBeijing1954 =
-    R"(GEOGCS["Beijing 1954",DATUM["D_Beijing_1954",SPHEROID["Krassowsky_1940",6378245,298.3]],)"
-    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])";
-const double kShift[7] = {-12.3, -118.6, -35.4, 0.8, -1.2, 2.1, 3.5};
-
 // Builds a transformation with both switches set as given.
 template <class Make>
 LmSmarterPtr<LmCoordinateTransformation> WithSwitches(bool parallel, bool blocks, Make make) {

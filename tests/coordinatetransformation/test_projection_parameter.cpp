@@ -6,14 +6,6 @@ using namespace ProjectionTests;
 
 namespace {
 
-// The shifts' values are known answers in tests/data/projections.known.
-const char* const kBeijing1954 =
-    R"(GEOGCS["Beijing 1954",DATUM["D_Beijing_1954",SPHEROID["Krassowsky_1940",6378245,298.3]],)"
-    R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])";
-
-// Seven parameters in the position vector convention.
-const double kShift[7] = {-12.3, -118.6, -35.4, 0.8, -1.2, 2.1, 3.5};
-
 struct Shifted {
     double lon, lat;
 };

@@ -1,6 +1,10 @@
-// Files and folders the EPSG and catalogue tests write for themselves.
+// Files and folders the EPSG and catalogue tests write for themselves, and the
+// names those tests use.
 #ifndef LMSPATIALREFERENCE_TESTS_EPSGTESTSUPPORT_H
 #define LMSPATIALREFERENCE_TESTS_EPSGTESTSUPPORT_H
+
+#include <lmspatialreference/configuration.h>
+#include <lmspatialreference/spatialreferencemanager.h>
 
 #include <gtest/gtest.h>
 
@@ -9,6 +13,9 @@
 #include <string>
 
 namespace epsgtest {
+
+using namespace Lumora::Kernel;
+using Lumora::Utility::LmGlobeConfig;
 
 // A fresh folder below the test's temporary folder.
 inline std::string MakeFolder(const std::string& name) {

@@ -1,14 +1,8 @@
-#include <lmspatialreference/spatialreferencemanager.h>
-
 #include "epsgtestsupport.h"
 
 #include <unistd.h>
 
-using namespace Lumora::Kernel;
-using Lumora::Utility::LmGlobeConfig;
-using epsgtest::Geographic;
-using epsgtest::MakeFolder;
-using epsgtest::WriteText;
+using namespace epsgtest;
 
 namespace {
 

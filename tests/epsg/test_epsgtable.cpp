@@ -1,7 +1,6 @@
 // The table is read once per process, so every case that needs its own table
 // runs in a child process (a death test that must exit with status 0).
 #include <lmspatialreference/epsg.h>
-#include <lmspatialreference/spatialreferencemanager.h>
 
 #include "epsgtestsupport.h"
 
@@ -11,11 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-using namespace Lumora::Kernel;
-using Lumora::Utility::LmGlobeConfig;
-using epsgtest::Geographic;
-using epsgtest::MakeFolder;
-using epsgtest::WriteText;
+using namespace epsgtest;
 
 namespace {
 

@@ -51,62 +51,51 @@ TEST(IsSameProjCS, ComparesEllipsoidsWithinTheirTolerances) {
     }
 }
 
-TEST(IsSame, NullsAndKinds) {
+using Comparison = bool (LmSpatialReference::*)(LmSpatialReference*) const;
+
+// IsSame and IsSameGeogCS go by name (ignoring case) and ellipsoid,
+// IsSameProjCS by name and ellipsoid but not the parameters, IsSameParameter
+// by every parameter exactly, or for geographic references by the ellipsoid
+// alone. Nothing is the same as null, and two empty references are the same.
+TEST(Comparisons, AnswerByNameEllipsoidOrParameters) {
     LmSpatialReference null1(nullptr, eWKT), null2("", eWKT), wgs84(eWGS84), webMercator(eWebMercator);
-    EXPECT_TRUE(null1.IsSame(&null2));
-    EXPECT_FALSE(wgs84.IsSame(nullptr));
-    EXPECT_FALSE(null1.IsSame(&wgs84));
-    EXPECT_FALSE(null1.IsSame(&webMercator));
-    EXPECT_FALSE(webMercator.IsSame(&null1));
-    EXPECT_FALSE(wgs84.IsSame(&webMercator));
-    EXPECT_FALSE(webMercator.IsSame(&wgs84));
-    EXPECT_TRUE(wgs84.IsSame(&wgs84));
-}
-
-TEST(IsSame, GeographicReferencesWithTheSameNameAndEllipsoid) {
-    LmSpatialReference a(Geographic("Site Datum", "D_One", 6378245.0, 298.3).c_str(), eWKT);
-    LmSpatialReference b(Geographic("SITE DATUM", "D_Two", 6378245.0, 298.3).c_str(), eWKT);
-    LmSpatialReference c(Geographic("Other Datum", "D_Two", 6378245.0, 298.3).c_str(), eWKT);
-    LmSpatialReference d(Geographic("Site Datum", "D_One", 6378137.0, 298.257223563).c_str(), eWKT);
-    EXPECT_TRUE(a.IsSame(&b));
-    EXPECT_TRUE(a.IsSameGeogCS(&b));
-    EXPECT_FALSE(a.IsSame(&c));
-    EXPECT_FALSE(a.IsSame(&d));
-    EXPECT_FALSE(a.IsSameProjCS(&b));
-}
-
-TEST(IsSame, ProjectedReferencesCompareNameAndEllipsoidNotParameters) {
-    LmSpatialReference a(TransverseMercator("Grid", 0.9996).c_str(), eWKT);
-    LmSpatialReference b(TransverseMercator("grid", 0.9996, 400000.0).c_str(), eWKT);
-    LmSpatialReference c(TransverseMercator("Other grid", 0.9996, 400000.0).c_str(), eWKT);
-    EXPECT_TRUE(a.IsSameProjCS(&b));
-    EXPECT_TRUE(a.IsSame(&b));
-    EXPECT_FALSE(a.IsSameProjCS(&c));
-    EXPECT_FALSE(a.IsSame(&c));
-    EXPECT_FALSE(a.IsSameGeogCS(&b));
-    LmSpatialReference wgs84(eWGS84);
-    EXPECT_FALSE(a.IsSameProjCS(&wgs84));
-}
-
-TEST(IsSameParameter, ComparesEveryParameterExactly) {
-    LmSpatialReference a(TransverseMercator("one", 0.9996).c_str(), eWKT);
-    LmSpatialReference b(TransverseMercator("two", 0.9996).c_str(), eWKT);
+    LmSpatialReference site(Geographic("Site Datum", "D_One", 6378245.0, 298.3).c_str(), eWKT);
+    LmSpatialReference siteUpper(Geographic("SITE DATUM", "D_Two", 6378245.0, 298.3).c_str(), eWKT);
+    LmSpatialReference otherSite(Geographic("Other Datum", "D_Two", 6378245.0, 298.3).c_str(), eWKT);
+    LmSpatialReference siteOnWgs84(Geographic("Site Datum", "D_One", 6378137.0, 298.257223563).c_str(), eWKT);
+    LmSpatialReference grid(TransverseMercator("Grid", 0.9996).c_str(), eWKT);
+    LmSpatialReference gridShifted(TransverseMercator("grid", 0.9996, 400000.0).c_str(), eWKT);
+    LmSpatialReference otherGrid(TransverseMercator("Other grid", 0.9996, 400000.0).c_str(), eWKT);
+    LmSpatialReference one(TransverseMercator("one", 0.9996).c_str(), eWKT);
+    LmSpatialReference two(TransverseMercator("two", 0.9996).c_str(), eWKT);
     LmSpatialReference nearly(TransverseMercator("one", 0.9996 + 1e-12).c_str(), eWKT);
     LmSpatialReference shifted(TransverseMercator("one", 0.9996, 500000.5).c_str(), eWKT);
-    EXPECT_TRUE(a.IsSameParameter(&b));
-    EXPECT_FALSE(a.IsSameParameter(&nearly));
-    EXPECT_FALSE(a.IsSameParameter(&shifted));
-    LmSpatialReference webMercator(eWebMercator), wgs84(eWGS84);
-    EXPECT_FALSE(a.IsSameParameter(&webMercator));
-    EXPECT_FALSE(a.IsSameParameter(&wgs84));
-    EXPECT_FALSE(a.IsSameParameter(nullptr));
-
-    // Geographic references need only the same ellipsoid.
-    LmSpatialReference one(Geographic("one", "D_One", 6378137.0, 298.257223563).c_str(), eWKT);
-    LmSpatialReference two(Geographic("two", "D_Two", 6378137.0, 298.257223563).c_str(), eWKT);
-    LmSpatialReference other(Geographic("one", "D_One", 6378245.0, 298.3).c_str(), eWKT);
-    EXPECT_TRUE(one.IsSameParameter(&two));
-    EXPECT_FALSE(one.IsSameParameter(&other));
+    LmSpatialReference geoOne(Geographic("one", "D_One", 6378137.0, 298.257223563).c_str(), eWKT);
+    LmSpatialReference geoTwo(Geographic("two", "D_Two", 6378137.0, 298.257223563).c_str(), eWKT);
+    LmSpatialReference geoOther(Geographic("one", "D_One", 6378245.0, 298.3).c_str(), eWKT);
+    const Comparison same = &LmSpatialReference::IsSame, geog = &LmSpatialReference::IsSameGeogCS,
+                     proj = &LmSpatialReference::IsSameProjCS, parameter = &LmSpatialReference::IsSameParameter;
+    const struct {
+        Comparison compare;
+        LmSpatialReference *a, *b;
+        bool expected;
+    } cases[] = {
+        {same, &null1, &null2, true},          {same, &wgs84, nullptr, false},
+        {same, &null1, &wgs84, false},         {same, &null1, &webMercator, false},
+        {same, &webMercator, &null1, false},   {same, &wgs84, &webMercator, false},
+        {same, &webMercator, &wgs84, false},   {same, &wgs84, &wgs84, true},
+        {same, &site, &siteUpper, true},       {geog, &site, &siteUpper, true},
+        {same, &site, &otherSite, false},      {same, &site, &siteOnWgs84, false},
+        {proj, &site, &siteUpper, false},      {proj, &grid, &gridShifted, true},
+        {same, &grid, &gridShifted, true},     {proj, &grid, &otherGrid, false},
+        {same, &grid, &otherGrid, false},      {geog, &grid, &gridShifted, false},
+        {proj, &grid, &wgs84, false},          {parameter, &one, &two, true},
+        {parameter, &one, &nearly, false},     {parameter, &one, &shifted, false},
+        {parameter, &one, &webMercator, false}, {parameter, &one, &wgs84, false},
+        {parameter, &one, nullptr, false},     {parameter, &geoOne, &geoTwo, true},
+        {parameter, &geoOne, &geoOther, false},
+    };
+    for (const auto& c : cases) EXPECT_EQ((c.a->*c.compare)(c.b), c.expected) << "row " << &c - cases;
 }
 
 }  // namespace
